@@ -1,0 +1,22 @@
+#!/usr/bin/env bash
+# Builds Lumiscope and starts it against the built-in simulated accelerator,
+# reading the sample configuration directory.
+set -euo pipefail
+top=$(cd "$(dirname "$0")/.." && pwd)
+build="$top/build/viewer"
+cmake -S "$top" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DLUMISCOPE_TESTS=OFF
+cmake --build "$build" -j"$(nproc)"
+
+if [ -x "$build/src/app/lumiscope" ]; then
+  run=("$build/src/app/lumiscope" "$@")
+  if [ -z "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
+    echo "No display found: starting the viewer under xvfb-run." >&2
+    run=(xvfb-run -a "${run[@]}")
+  fi
+  exec "${run[@]}"
+fi
+
+# Until the viewer window exists, check the sample configuration the way the
+# viewer will read it.
+echo "The viewer window is not built yet: checking the sample configuration instead."
+exec "$build/src/app/lumiscope-config" check "$top/configs"
