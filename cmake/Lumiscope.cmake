@@ -22,11 +22,13 @@ function(lumiscope_library name)
   lumiscope_target_defaults(${name})
 endfunction()
 
-# A program under src/app. Usage: lumiscope_program(NAME SOURCES main.cpp LIBS ...)
+# A program under src/app (built into <build>/bin). Usage: lumiscope_program(NAME SOURCES main.cpp LIBS ...)
 function(lumiscope_program name)
   cmake_parse_arguments(ARG "QT" "" "SOURCES;LIBS" ${ARGN})
   add_executable(${name} ${ARG_SOURCES})
   target_link_libraries(${name} PRIVATE ${ARG_LIBS})
+  # Every program lands in <build>/bin, where the scripts look for it.
+  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
   target_compile_definitions(${name} PRIVATE
     LUMISCOPE_SAMPLE_CONFIG_DIR="${LUMISCOPE_SAMPLE_CONFIG_DIR}")
   if(ARG_QT)

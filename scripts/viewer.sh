@@ -7,8 +7,8 @@ build="$top/build/viewer"
 cmake -S "$top" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DLUMISCOPE_TESTS=OFF
 cmake --build "$build" -j"$(nproc)"
 
-if [ -x "$build/src/app/lumiscope" ]; then
-  run=("$build/src/app/lumiscope" "$@")
+if [ -x "$build/bin/lumiscope" ]; then
+  run=("$build/bin/lumiscope" "$@")
   if [ -z "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
     echo "No display found: starting the viewer under xvfb-run." >&2
     run=(xvfb-run -a "${run[@]}")
@@ -19,4 +19,4 @@ fi
 # Until the viewer window exists, check the sample configuration the way the
 # viewer will read it.
 echo "The viewer window is not built yet: checking the sample configuration instead."
-exec "$build/src/app/lumiscope-config" check "$top/configs"
+exec "$build/bin/lumiscope-config" check "$top/configs"
