@@ -1,0 +1,240 @@
+// lumiscope-config: reads, dumps (JSON) and checks a configuration directory
+// with the very readers the viewer uses.
+#include <cstdio>
+#include <cstdlib>
+#include <iostream>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "catalogue/config_check.h"
+#include "catalogue/readers.h"
+#include "json_writer.h"
+#include "threshold_link.h"
+#include "tool_window.h"
+
+namespace {
+
+const char* kUsage =
+    "usage: lumiscope-config machines FILE\n"
+    "       lumiscope-config subsystems CONFIGDIR FILE [--program-path DIR]\n"
+    "       lumiscope-config channels FILE [FILE...]\n"
+    "       lumiscope-config history FILE\n"
+    "       lumiscope-config thresholds SOURCE --size N [--program-path DIR]\n"
+    "       lumiscope-config check CONFIGDIR\n";
+
+int Usage(const std::string& problem) {
+    std::cerr << "lumiscope-config: " << problem << "\n" << kUsage;
+    return 2;
+}
+
+std::string WithTrailingSeparator(std::string dir) {
+    if (dir.empty() || (dir.back() != '/' && dir.back() != '\\')) dir += '/';
+    return dir;
+}
+
+void Messages(JsonWriter& json, const std::vector<std::string>& messages) {
+    json.Key("messages").StringArray(messages);
+}
+
+void SpectrumFields(JsonWriter& json, const catalogue::SpectrumRecord& r) {
+    json.Field("Description", r.Description)
+        .Field("Context", r.Context)
+        .Field("Server", r.Server)
+        .Field("Device", r.Device)
+        .Field("Property", r.Property)
+        .Field("ExtDevNameDev", r.ExtDevNameDev)
+        .Field("ExtDevNameProp", r.ExtDevNameProp)
+        .Field("HasExtDevName", r.HasExtDevName)
+        .Field("ExtraPropComboIndex", r.ExtraPropComboIndex)
+        .Field("Tag", r.Tag)
+        .Field("HstServer", r.HstServer)
+        .Field("HstProperty", r.HstProperty)
+        .Field("ArcServer", r.ArcServer)
+        .Field("ArcProperty", r.ArcProperty)
+        .Field("Size", r.Size)
+        .Field("ThresholdSource", r.ThresholdSource)
+        .Field("Max", r.Max)
+        .Field("Min", r.Min)
+        .Field("Egu", r.Egu)
+        .Field("Append", r.Append)
+        .Field("Reverse", r.Reverse)
+        .Field("PropLink", r.PropLink)
+        .Field("PropShort", r.PropShort);
+}
+
+void HistoryFields(JsonWriter& json, const catalogue::SpectrumRecord& r) {
+    json.Field("Description", r.Description)
+        .Field("Context", r.Context)
+        .Field("Server", r.Server)
+        .Field("Property", r.Property)
+        .Field("HstServer", r.HstServer)
+        .Field("HstProperty", r.HstProperty)
+        .Field("ArcServer", r.ArcServer)
+        .Field("ArcProperty", r.ArcProperty)
+        .Field("Size", r.Size)
+        .Field("Max", r.Max)
+        .Field("Min", r.Min)
+        .Field("Egu", r.Egu)
+        .Field("ShortName", r.ShortName)
+        .Field("Label", r.Label);
+}
+
+int Print(const JsonWriter& json, bool ok) {
+    std::cout << json.Text() << "\n";
+    return ok ? 0 : 1;
+}
+
+int Machines(const std::string& file) {
+    catalogue::Catalogue cat;
+    const int16_t result = catalogue::ReadMachineFile(cat, file);
+    JsonWriter json;
+    json.BeginObject().Field("result", result).Field("MachineCount", cat.MachineCount);
+    json.Key("MachineList").BeginArray();
+    for (int16_t i = 0; i < cat.LastReport.rowsStored; ++i) {
+        const auto& m = cat.Machines[i];
+        json.BeginObject().Field("Name", m.Name).Field("ConfigFile", m.ConfigFile)
+            .Field("MachineFile", m.MachineFile).EndObject();
+    }
+    json.EndArray();
+    Messages(json, {});
+    return Print(json.EndObject(), result == 0);
+}
+
+int Subsystems(const std::string& configDir, const std::string& file, const std::string& programPath) {
+    catalogue::Catalogue cat;
+    cat.ConfigPath = WithTrailingSeparator(configDir);
+    if (!programPath.empty()) cat.ProgramPath = WithTrailingSeparator(programPath);
+    ToolWindow window(cat);
+    const int16_t result = catalogue::ReadSubsystemList(cat, window, cat.ConfigPath + file);
+    JsonWriter json;
+    json.BeginObject().Field("result", result).Field("SubsystemCount", cat.SubsystemCount);
+    json.Key("SubsystemList").BeginArray();
+    for (int16_t i = 0; i < cat.LastReport.rowsStored; ++i) {
+        const auto& s = cat.Subsystems[i];
+        json.BeginObject().Field("Directory", s.Directory).Field("FileName", s.FileName)
+            .Field("Description", s.Description).EndObject();
+    }
+    json.EndArray().Key("MenuSubsystem").BeginArray();
+    for (const MenuEntry& entry : window.menu)
+        json.BeginObject().Field("caption", entry.caption).Field("visible", entry.visible).EndObject();
+    json.EndArray();
+    Messages(json, window.messages);
+    return Print(json.EndObject(), result == 0);
+}
+
+int Channels(const std::vector<std::string>& files) {
+    catalogue::Catalogue cat;  // one catalogue: values carry over from file to file
+    cat.ApplicationPath = ".";
+    InstallThresholdLink(cat);
+    JsonWriter json;
+    json.BeginArray();
+    bool allOk = true;
+    for (const std::string& file : files) {
+        ToolWindow window(cat);
+        const int16_t result = catalogue::ReadSpectrumConfig(cat, window, file);
+        allOk = allOk && result == 0;
+        json.BeginObject().Field("result", result).Field("SpectrumCount", cat.SpectrumCount);
+        json.Key("SpectrumList").BeginArray();
+        for (int16_t i = 0; i < cat.LastReport.rowsStored; ++i) {
+            json.BeginObject();
+            SpectrumFields(json, cat.Spectra[i]);
+            json.EndObject();
+        }
+        json.EndArray().Field("ComboVisible", window.comboVisible).Key("Combo").BeginArray();
+        for (std::size_t p = 0; p < window.combo.size(); ++p)
+            json.BeginObject().Field("text", window.combo[p])
+                .Field("spectrum", cat.ComboMap[static_cast<long>(p)]).EndObject();
+        json.EndArray();
+        Messages(json, window.messages);
+        json.EndObject();
+    }
+    return Print(json.EndArray(), allOk);
+}
+
+int History(const std::string& file) {
+    catalogue::Catalogue cat;
+    const int16_t result = catalogue::ReadHistoryFile(cat, file);
+    JsonWriter json;
+    json.BeginObject().Field("result", result).Field("HistoryCount", cat.HistoryCount);
+    json.Key("HistoryList").BeginArray();
+    for (int16_t i = 0; i < cat.LastReport.rowsStored; ++i) {
+        json.BeginObject();
+        HistoryFields(json, cat.History[i]);
+        json.EndObject();
+    }
+    json.EndArray();
+    Messages(json, {});
+    return Print(json.EndObject(), result == 0);
+}
+
+int Thresholds(const std::string& source, long size, const std::string& programPath) {
+    catalogue::Catalogue cat;
+    cat.ApplicationPath = programPath.empty() ? "." : programPath;
+    InstallThresholdLink(cat);
+    ToolWindow window(cat);
+    std::vector<float> high(static_cast<std::size_t>(size)), low(static_cast<std::size_t>(size));
+    const int16_t result = catalogue::ReadThresholds(cat, window, source, high, low);
+    JsonWriter json;
+    json.BeginObject().Field("result", result);
+    json.Key("HighThresholds").FloatArray(high).Key("LowThresholds").FloatArray(low);
+    Messages(json, window.messages);
+    return Print(json.EndObject(), result == catalogue::kThresholdsByLink ||
+                                       result == catalogue::kThresholdsFromFile);
+}
+
+int Check(const std::string& configDir) {
+    catalogue::ConfigCheckOptions options;
+    catalogue::Catalogue linkHolder;
+    InstallThresholdLink(linkHolder);
+    options.thresholdLink = linkHolder.ThresholdLink;
+    const auto result = catalogue::CheckConfigDirectory(configDir, options);
+    for (const auto& problem : result.problems) {
+        std::cout << problem.file;
+        if (problem.line > 0) std::cout << ":" << problem.line;
+        std::cout << ": " << problem.message << "\n";
+    }
+    if (result.problems.empty())
+        std::cout << "configuration OK: " << result.filesRead << " files read\n";
+    else
+        std::cout << result.problems.size() << " problem" << (result.problems.size() == 1 ? "" : "s")
+                  << " found in " << result.filesRead << " files read\n";
+    return result.problems.empty() ? 0 : 1;
+}
+
+// The value of "--name VALUE" among args (removed from args), or nullopt.
+std::optional<std::string> TakeOption(std::vector<std::string>& args, const std::string& name) {
+    for (std::size_t i = 0; i < args.size(); ++i) {
+        if (args[i] != name) continue;
+        if (i + 1 >= args.size()) return std::string();
+        std::string value = args[i + 1];
+        args.erase(args.begin() + static_cast<long>(i), args.begin() + static_cast<long>(i) + 2);
+        return value;
+    }
+    return std::nullopt;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    std::vector<std::string> args(argv + 1, argv + argc);
+    if (args.empty()) return Usage("no command");
+    const std::string command = args.front();
+    args.erase(args.begin());
+    const std::string programPath = TakeOption(args, "--program-path").value_or("");
+    const std::optional<std::string> size = TakeOption(args, "--size");
+
+    if (command == "machines" && args.size() == 1) return Machines(args[0]);
+    if (command == "subsystems" && args.size() == 2) return Subsystems(args[0], args[1], programPath);
+    if (command == "channels" && !args.empty()) return Channels(args);
+    if (command == "history" && args.size() == 1) return History(args[0]);
+    if (command == "check" && args.size() == 1) return Check(args[0]);
+    if (command == "thresholds" && args.size() == 1) {
+        char* end = nullptr;
+        const long n = size ? std::strtol(size->c_str(), &end, 10) : 0;
+        if (!size || end == size->c_str() || *end != '\0' || n < 1 || n > 1000000)
+            return Usage("thresholds needs --size N with N from 1 to 1000000");
+        return Thresholds(args[0], n, programPath);
+    }
+    return Usage("unknown command or wrong arguments: " + command);
+}
