@@ -1,0 +1,143 @@
+// The directory check over the sample configuration and a broken copy of it.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "catalogue/config_check.h"
+#include "catalogue/files.h"
+#include "catalogue/readers.h"
+#include "test_support.h"
+
+namespace catalogue {
+namespace {
+
+using catalogue_test::Lines;
+using catalogue_test::ScratchDir;
+
+std::string Describe(const ConfigCheckResult& result) {
+    std::string text;
+    for (const auto& p : result.problems) text += p.file + ":" + std::to_string(p.line) + ": " + p.message + "\n";
+    return text;
+}
+
+TEST(CheckConfigDirectory, SampleConfigurationHasNoProblems) {
+    const auto result = CheckConfigDirectory(LUMISCOPE_SAMPLE_CONFIG_DIR);
+    EXPECT_TRUE(result.problems.empty()) << Describe(result);
+    EXPECT_GE(result.filesRead, 20);
+}
+
+TEST(CheckConfigDirectory, SampleLinkSourcesAreReadWhenALinkIsGiven) {
+    ConfigCheckOptions options;
+    std::vector<std::string> devices;
+    options.thresholdLink = [&](const std::string& device, const std::string&, std::span<float>, int32_t) {
+        devices.push_back(device);
+        return int16_t{0};
+    };
+    const auto result = CheckConfigDirectory(LUMISCOPE_SAMPLE_CONFIG_DIR, options);
+    EXPECT_TRUE(result.problems.empty()) << Describe(result);
+    EXPECT_EQ(devices, (std::vector<std::string>{"/ORKA/BLMSRV/LOSS.RING"}));
+}
+
+// A copy of the sample directory, in a folder named "configs" so that the
+// threshold files ("configs\...") resolve as they do beside the program.
+class BrokenCopy : public ::testing::Test {
+protected:
+    void SetUp() override {
+        std::filesystem::copy(LUMISCOPE_SAMPLE_CONFIG_DIR, scratch_.Path("configs"),
+                              std::filesystem::copy_options::recursive);
+    }
+    std::string Write(const std::string& name, const std::vector<std::string>& lines) {
+        return scratch_.Write("configs/" + name, Lines(lines));
+    }
+    ConfigCheckResult Check() { return CheckConfigDirectory(scratch_.Path("configs")); }
+
+    // True when a problem names the file (by its last path part) and the line
+    // and its message contains the text.
+    static bool Has(const ConfigCheckResult& result, const std::string& file, int32_t line,
+                    const std::string& text) {
+        for (const auto& p : result.problems)
+            if (p.file.size() >= file.size() && p.file.compare(p.file.size() - file.size(), file.size(), file) == 0 &&
+                p.line == line && p.message.find(text) != std::string::npos)
+                return true;
+        return false;
+    }
+
+    ScratchDir scratch_;
+};
+
+TEST_F(BrokenCopy, FindsEveryProblem) {
+    const std::string dataHeader =
+        "CONTEXT,SERVER,PROPERTY,SIZE,DESCRIPTION,MAX,MIN,EGU,APPEND,HIGH,LOW,PROPLINK,EXTRAPROPCOMBOINDEX";
+    Write("KALM_BPM.csv", {
+        dataHeader,
+        "KALM,BPMSRV/LINE,POS.X,12,Head,2,-2,mm,REVERSE,,,1,-1",            // line 2: APPEND on row 1
+        "KALM,BPMSRV/LINE,POS.Y,12,Part,3,-2,mm,yes,,,0,-1",                // 3: append refused
+        "KALM,BPMSRV,POS.S,12abc,Sum,2,2,V,,a.csv,b.csv,1,9",               // 4: many
+        "KALM,BPMSRV/LINE,POS.T,8001,Long,2,-2,mm,,,,1,-1",                 // 5: > 8000 points
+        "KALM,BPMSRV/LINE,POS.U,12,Thr,2,-2,mm,,configs\\KALM_THR.csv,,1,-1",  // 6: HIGH lost to LOW
+        "KALM,BPMSRV/LINE,POS.V,12,Link,2,-2,mm,,,/KALM/BAD[THR,1,-1",      // 7: bad link form
+        "KALM,BPMSRV/LINE,POS.W,2,File,2,-2,mm,,,configs\\KALM_THR.csv,1,-1",  // 8: too many rows
+        "KALM,BPMSRV/LINE,POS.Z,2,Gone,2,-2,mm,,,configs\\NONE.csv,1,-1",   // 9: missing file
+    });
+    Write("KALM_THR.csv", {"DEVICE,HIGH", ";x", "B1,5", "B2,oops"});
+    Write("LYRAS_Subsystems.csv", {"FILENAME,DESCRIPTION", "LYRAS_BPM.csv,", "LYRAS_MISSING.csv,Missing"});
+    Write("VESTA.HIST", {"PROPERTY,DESCRIPTION,MAX", "I,Current,x"});
+    std::vector<std::string> history{"PROPERTY,DESCRIPTION,HSTSERVER"};
+    for (int i = 0; i < 11; ++i) history.push_back("P" + std::to_string(i) + ",D,/K/H");
+    Write("KALM.HIST", history);
+
+    const auto result = Check();
+    const std::string all = Describe(result);
+    struct Expect { std::string file; int32_t line; std::string text; };
+    const Expect wanted[] = {
+        {"KALM_BPM.csv", 2, "APPEND 'REVERSE' is ignored on the first row"},
+        {"KALM_BPM.csv", 3, "ignored: EGU, MAX or MIN differ"},
+        {"KALM_BPM.csv", 4, "SIZE value '12abc' is not a number"},
+        {"KALM_BPM.csv", 4, "MAX 2.000000 is not above MIN 2.000000"},
+        {"KALM_BPM.csv", 4, "SERVER 'BPMSRV' names no device"},
+        {"KALM_BPM.csv", 4, "LOW 'b.csv' replaces HIGH 'a.csv'"},
+        {"KALM_BPM.csv", 4, "EXTRAPROPCOMBOINDEX 9 is past the chooser's last entry"},
+        {"KALM_BPM.csv", 4, "threshold file 'b.csv' not found"},
+        {"KALM_BPM.csv", 5, "has 8001 points"},
+        {"KALM_BPM.csv", 6, "the empty LOW field replaces HIGH"},
+        {"KALM_BPM.csv", 7, "is not of the form /CONTEXT/SERVER/DEVICE[PROPERTY]"},
+        {"KALM_BPM.csv", 8, "Threshold array out of bounds !"},
+        {"KALM_BPM.csv", 9, "threshold file 'configs\\NONE.csv' not found"},
+        {"KALM_THR.csv", 2, "comment mark not honoured"},
+        {"KALM_THR.csv", 4, "HIGH value 'oops' is not a number"},
+        {"LYRAS_Subsystems.csv", 2, "without a description"},
+        {"LYRAS_Subsystems.csv", 3, "data-source file"},
+        {"VESTA.HIST", 2, "MAX value 'x' is not a number"},
+        {"VESTA.HIST", 2, "has neither a history server nor an archive"},
+        {"KALM.HIST", 12, "only the first 10 quantities are read"},
+    };
+    for (const Expect& e : wanted) EXPECT_TRUE(Has(result, e.file, e.line, e.text)) << e.file << ":" << e.line << " " << e.text << "\n" << all;
+}
+
+TEST_F(BrokenCopy, HeaderProblemsAndReaderFailures) {
+    Write("KALM_BPM.csv", {",CONTEXT,SERVER", "KALM,BPMSRV/LINE"});
+    std::vector<std::string> machines{"MACHINE,CONFIGFILE,MACHINEFILE"};
+    for (int i = 0; i < 4; ++i) machines.push_back("M" + std::to_string(i) + ",KALM_Subsystems.csv,KALM.HIST");
+    machines.push_back(",,");
+    Write("config_machines.csv", machines);
+    std::vector<std::string> subsystems{"FILENAME,DESCRIPTION"};
+    for (int i = 0; i < 16; ++i) subsystems.push_back("KALM_BPM.csv,S" + std::to_string(i));
+    Write("KALM_Subsystems.csv", subsystems);
+
+    const auto result = Check();
+    const std::string all = Describe(result);
+    EXPECT_TRUE(Has(result, "KALM_BPM.csv", 1, "column PROPERTY missing: the empty header field at position 0")) << all;
+    EXPECT_TRUE(Has(result, "KALM_Subsystems.csv", 0, "failed ! (the subsystem menu has no entry 15")) << all;
+    EXPECT_TRUE(Has(result, "config_machines.csv", 6, "machine without a name")) << all;
+    EXPECT_TRUE(Has(result, "config_machines.csv", 6, "names no subsystem list")) << all;
+}
+
+TEST_F(BrokenCopy, MissingMachineListStopsTheCheck) {
+    std::filesystem::remove(scratch_.Path("configs/config_machines.csv"));
+    const auto result = Check();
+    ASSERT_EQ(result.problems.size(), 1u) << Describe(result);
+    EXPECT_NE(result.problems[0].message.find("cannot read the machine list"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace catalogue

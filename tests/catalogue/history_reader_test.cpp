@@ -1,0 +1,79 @@
+// Machine history files.
+#include <gtest/gtest.h>
+
+#include "catalogue/readers.h"
+#include "test_support.h"
+
+namespace catalogue {
+namespace {
+
+using catalogue_test::Lines;
+using catalogue_test::ScratchDir;
+
+const std::string kHeader = "CONTEXT,SERVER,PROPERTY,HSTSERVER,HSTPROPERTY,ARCSERVER,ARCPROPERTY,DESCRIPTION,MAX,MIN,EGU,SHORTNAME";
+
+TEST(ReadHistoryFile, ReadsAtMostTenQuantities) {
+    ScratchDir dir;
+    std::vector<std::string> lines{kHeader};
+    for (int i = 0; i < 12; ++i) lines.push_back("ORKA,S,P" + std::to_string(i) + ",/O/H,P,ORKA,P,D,1,0,A,I");
+    Catalogue cat;
+    ASSERT_EQ(ReadHistoryFile(cat, dir.Write("h.HIST", Lines(lines))), 0);
+    EXPECT_EQ(cat.HistoryCount, 10);
+    EXPECT_EQ(cat.History[9].Property, "P9");
+    EXPECT_EQ(cat.History[10].Property, "") << "the eleventh slot is never filled";
+}
+
+TEST(ReadHistoryFile, HistPropertyAndLabelRules) {
+    ScratchDir dir;
+    struct Case { std::string hst, egu, shortName, property, hstAfter, label; };
+    const Case cases[] = {
+        {"BEAM", "mA", "I", "CURRENT", "BEAM.HIST", "I    (mA)"},
+        {"BEAM.HIST", "", "I", "CURRENT", "BEAM.HIST", "I"},
+        {"X.HIST.OLD", "", "", "CURRENT", "X.HIST.OLD", "CURRENT"},
+        {"", "GeV", "", "ENERGY", "", "ENERGY    (GeV)"},
+    };
+    for (const Case& c : cases) {
+        Catalogue cat;
+        ASSERT_EQ(ReadHistoryFile(cat, dir.Write("h.HIST", Lines({kHeader, "ORKA,S," + c.property + ",/O/H," + c.hst +
+                                                                           ",ORKA,P,D,1,0," + c.egu + "," + c.shortName}))), 0);
+        EXPECT_EQ(cat.History[0].HstProperty, c.hstAfter);
+        EXPECT_EQ(cat.History[0].Label, c.label);
+        EXPECT_EQ(cat.History[0].Size, 1);
+    }
+}
+
+TEST(ReadHistoryFile, HashAndEmptyLinesAreNotComments) {
+    ScratchDir dir;
+    Catalogue cat;
+    // A first line beginning with "#" is the header; the real header is data.
+    ASSERT_EQ(ReadHistoryFile(cat, dir.Write("h.HIST", Lines({"; skipped", "% skipped", "#PROPERTY,DESCRIPTION",
+                                                                 "PROPERTY,DESCRIPTION", "", "I,Current"}))), 0);
+    EXPECT_EQ(cat.HistoryCount, 3);
+    EXPECT_EQ(cat.History[0].Property, "") << "no PROPERTY column under the '#PROPERTY' header";
+    EXPECT_EQ(cat.History[0].Description, "DESCRIPTION");
+    EXPECT_EQ(cat.History[2].Description, "Current");
+}
+
+TEST(ReadHistoryFile, MissingColumnsReadEmptyButLimitsAreKept) {
+    ScratchDir dir;
+    Catalogue cat;
+    cat.History[0].Max = 99.0f;
+    cat.History[0].Egu = "old";
+    cat.History[0].ArcServer = "old";
+    ASSERT_EQ(ReadHistoryFile(cat, dir.Write("h.HIST", Lines({"PROPERTY", "I"}))), 0);
+    EXPECT_EQ(cat.History[0].ArcServer, "");
+    EXPECT_EQ(cat.History[0].Max, 99.0f);
+    EXPECT_EQ(cat.History[0].Label, "I    (old)");
+}
+
+TEST(ReadHistoryFile, FailuresReportTheLine) {
+    ScratchDir dir;
+    Catalogue cat;
+    EXPECT_EQ(ReadHistoryFile(cat, dir.Path("none.HIST")), static_cast<int16_t>(ErrorKind::FileNotFound));
+    EXPECT_EQ(ReadHistoryFile(cat, dir.Write("h.HIST", Lines({kHeader, "ORKA,S,P,,,,,D,1e99,0,,"}))),
+              static_cast<int16_t>(ErrorKind::Overflow));
+    EXPECT_EQ(cat.LastReport.line, 2);
+}
+
+}  // namespace
+}  // namespace catalogue

@@ -1,0 +1,137 @@
+// "config_machines.csv" and the subsystem lists.
+#include <gtest/gtest.h>
+
+#include "catalogue/readers.h"
+#include "test_support.h"
+
+namespace catalogue {
+namespace {
+
+using catalogue_test::Lines;
+using catalogue_test::RecordingWindow;
+using catalogue_test::ScratchDir;
+
+std::vector<std::string> MachineRows(int n) {
+    std::vector<std::string> rows{"MACHINE,CONFIGFILE,MACHINEFILE"};
+    for (int i = 0; i < n; ++i)
+        rows.push_back("M" + std::to_string(i) + ",M" + std::to_string(i) + ".csv,M" + std::to_string(i) + ".HIST");
+    return rows;
+}
+
+TEST(ReadMachineFile, HeadersInAnyOrderAndCaseReadAlike) {
+    ScratchDir dir;
+    struct Case { std::vector<std::string> lines; };
+    const Case cases[] = {
+        {{"MACHINE,CONFIGFILE,MACHINEFILE", "ORKA,ORKA_S.csv,ORKA.HIST"}},
+        {{"machinefile, Machine ,configfile", "ORKA.HIST,ORKA,ORKA_S.csv"}},
+        {{"; comment", "", "% comment", "# comment", "MACHINE,CONFIGFILE,MACHINEFILE", "", "ORKA, ORKA_S.csv ,ORKA.HIST"}},
+        {{"MACHINE,CONFIGFILE,MACHINEFILE,UNKNOWN", "ORKA,ORKA_S.csv,ORKA.HIST,x"}},
+    };
+    for (const Case& c : cases) {
+        Catalogue cat;
+        ASSERT_EQ(ReadMachineFile(cat, dir.Write("m.csv", Lines(c.lines))), 0);
+        EXPECT_EQ(cat.MachineCount, 1);
+        EXPECT_EQ(cat.Machines[0].Name, "ORKA");
+        EXPECT_EQ(cat.Machines[0].ConfigFile, "ORKA_S.csv");
+        EXPECT_EQ(cat.Machines[0].MachineFile, "ORKA.HIST");
+    }
+}
+
+TEST(ReadMachineFile, LeadingCommaFindsEveryKeyAtZero) {
+    ScratchDir dir;
+    Catalogue cat;
+    ASSERT_EQ(ReadMachineFile(cat, dir.Write("m.csv", Lines({",MACHINE,CONFIGFILE", "A,B,C"}))), 0);
+    EXPECT_EQ(cat.Machines[0].Name, "A");
+    EXPECT_EQ(cat.Machines[0].ConfigFile, "A");
+    EXPECT_EQ(cat.Machines[0].MachineFile, "A");
+}
+
+TEST(ReadMachineFile, QuotedFieldIsOneFieldWithItsQuotes) {
+    ScratchDir dir;
+    Catalogue cat;
+    ASSERT_EQ(ReadMachineFile(cat, dir.Write("m.csv", Lines({"MACHINE,CONFIGFILE", "\"A,B\",c.csv"}))), 0);
+    EXPECT_EQ(cat.Machines[0].Name, "\"A,B\"");
+    EXPECT_EQ(cat.Machines[0].ConfigFile, "c.csv");
+}
+
+TEST(ReadMachineFile, SixteenMachinesFitSeventeenFail) {
+    ScratchDir dir;
+    Catalogue cat;
+    ASSERT_EQ(ReadMachineFile(cat, dir.Write("16.csv", Lines(MachineRows(16)))), 0);
+    EXPECT_EQ(cat.MachineCount, 16);
+    EXPECT_EQ(cat.Machines[15].Name, "M15");
+
+    Catalogue failing;
+    failing.MachineCount = 3;
+    EXPECT_NE(ReadMachineFile(failing, dir.Write("17.csv", Lines(MachineRows(17)))), 0);
+    EXPECT_EQ(failing.MachineCount, 3) << "the count is only set at the end";
+    EXPECT_EQ(failing.Machines[15].Name, "M15") << "rows read before the failure stay";
+    EXPECT_EQ(failing.LastReport.line, 18);
+}
+
+TEST(ReadMachineFile, MissingFileFailsAndMissingColumnsKeepTheRecords) {
+    ScratchDir dir;
+    Catalogue cat;
+    EXPECT_EQ(ReadMachineFile(cat, dir.Path("none.csv")), static_cast<int16_t>(ErrorKind::FileNotFound));
+    cat.Machines[0].MachineFile = "OLD.HIST";
+    ASSERT_EQ(ReadMachineFile(cat, dir.Write("m.csv", Lines({"MACHINE,CONFIGFILE", "X,x.csv"}))), 0);
+    EXPECT_EQ(cat.Machines[0].MachineFile, "OLD.HIST");
+}
+
+TEST(ReadSubsystemList, LocalEntriesComeFirstAndCaptionTheMenu) {
+    ScratchDir dir;
+    dir.Write("prog/SpectrumInfo.csv", Lines({"FILENAME,DESCRIPTION", "LOCAL.csv,Local spectra"}));
+    dir.Write("configs/ORKA_S.csv", Lines({"FILENAME,DESCRIPTION", "BPM.csv,Monitors", "BLM.csv, Losses "}));
+    Catalogue cat;
+    cat.ProgramPath = dir.Path("prog") + "\\";
+    cat.ConfigPath = dir.Path("configs") + "\\";
+    RecordingWindow window;
+    ASSERT_EQ(ReadSubsystemList(cat, window, cat.ConfigPath + "ORKA_S.csv"), 0);
+    ASSERT_EQ(cat.SubsystemCount, 3);
+    EXPECT_EQ(cat.Subsystems[0].Directory, cat.ProgramPath);
+    EXPECT_EQ(cat.Subsystems[0].FileName, "LOCAL.csv");
+    EXPECT_EQ(cat.Subsystems[1].Directory, cat.ConfigPath);
+    EXPECT_EQ(cat.Subsystems[2].Description, "Losses");
+    std::vector<std::string> expected{"menu 0 Local spectra shown", "menu 1 Monitors shown", "menu 2 Losses shown"};
+    for (int i = 3; i < 15; ++i) expected.push_back("hide " + std::to_string(i));
+    EXPECT_EQ(window.events, expected);
+}
+
+TEST(ReadSubsystemList, WithoutLocalListOnlyTheMachineFile) {
+    ScratchDir dir;
+    dir.Write("configs/ORKA_S.csv", Lines({"FILENAME,DESCRIPTION", "BPM.csv,Monitors"}));
+    for (const std::string& programPath : {std::string(), dir.Path("prog-without-list") + "\\"}) {
+        Catalogue cat;
+        cat.ProgramPath = programPath;
+        cat.ConfigPath = dir.Path("configs") + "\\";
+        RecordingWindow window;
+        ASSERT_EQ(ReadSubsystemList(cat, window, cat.ConfigPath + "ORKA_S.csv"), 0);
+        EXPECT_EQ(cat.SubsystemCount, 1);
+        EXPECT_EQ(cat.Subsystems[0].FileName, "BPM.csv");
+    }
+}
+
+TEST(ReadSubsystemList, FifteenFitTheMenuSixteenFailAtTheCaptionSeventeenAtTheTable) {
+    ScratchDir dir;
+    auto rows = [](int n) {
+        std::vector<std::string> lines{"FILENAME,DESCRIPTION"};
+        for (int i = 0; i < n; ++i) lines.push_back("F" + std::to_string(i) + ".csv,S" + std::to_string(i));
+        return lines;
+    };
+    struct Case { int rows; bool ok; int16_t count; int menuEntries; };
+    const Case cases[] = {{15, true, 15, 15}, {16, false, 16, 15}, {17, false, 0, 0}};
+    for (const Case& c : cases) {
+        Catalogue cat;
+        RecordingWindow window;
+        const int16_t result = ReadSubsystemList(cat, window, dir.Write("s.csv", Lines(rows(c.rows))));
+        EXPECT_EQ(result == 0, c.ok) << c.rows;
+        EXPECT_EQ(cat.SubsystemCount, c.count) << c.rows;
+        EXPECT_EQ(static_cast<int>(window.events.size()), c.menuEntries) << c.rows;
+        if (c.rows == 16) {
+            EXPECT_EQ(result, static_cast<int16_t>(ErrorKind::MenuEntryMissing));
+        }
+    }
+}
+
+}  // namespace
+}  // namespace catalogue

@@ -1,0 +1,37 @@
+#include "test_support.h"
+
+#include <atomic>
+#include <random>
+#include <unistd.h>
+
+namespace catalogue_test {
+
+ScratchDir::ScratchDir() {
+    static std::atomic<int> counter{0};
+    std::random_device random;
+    dir_ = std::filesystem::temp_directory_path() /
+           ("lumiscope-test-" + std::to_string(::getpid()) + "-" + std::to_string(counter++) + "-" +
+            std::to_string(random()));
+    std::filesystem::create_directories(dir_);
+}
+
+ScratchDir::~ScratchDir() {
+    std::error_code ignored;
+    std::filesystem::remove_all(dir_, ignored);
+}
+
+std::string ScratchDir::Write(const std::string& name, const std::string& contents) const {
+    const auto path = dir_ / name;
+    std::filesystem::create_directories(path.parent_path());
+    std::ofstream out(path, std::ios::binary);
+    out << contents;
+    return path.string();
+}
+
+std::string Lines(const std::vector<std::string>& lines) {
+    std::string text;
+    for (const auto& line : lines) text += line + "\r\n";
+    return text;
+}
+
+}  // namespace catalogue_test
