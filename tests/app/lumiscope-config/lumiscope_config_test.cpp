@@ -1,0 +1,162 @@
+// lumiscope-config run as a program: its JSON documents, exit codes and check.
+#include <gtest/gtest.h>
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <array>
+#include <cstdio>
+#include <filesystem>
+#include <sys/wait.h>
+
+#include "../../catalogue/test_support.h"
+
+namespace {
+
+using catalogue_test::Lines;
+using catalogue_test::ScratchDir;
+
+struct ToolRun {
+    std::string out;
+    int exitCode = -1;
+    QJsonDocument Json() const {
+        QJsonParseError error;
+        QJsonDocument doc = QJsonDocument::fromJson(QByteArray::fromStdString(out), &error);
+        EXPECT_EQ(error.error, QJsonParseError::NoError) << error.errorString().toStdString() << "\n" << out;
+        return doc;
+    }
+};
+
+std::string Quote(const std::string& arg) {
+    std::string quoted = "'";
+    for (char c : arg) quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    return quoted + "'";
+}
+
+ToolRun Tool(const std::vector<std::string>& args) {
+    std::string command = Quote(LUMISCOPE_CONFIG_TOOL);
+    for (const auto& arg : args) command += " " + Quote(arg);
+    command += " 2>/dev/null";
+    ToolRun run;
+    FILE* pipe = ::popen(command.c_str(), "r");
+    std::array<char, 4096> buffer{};
+    while (std::size_t n = std::fread(buffer.data(), 1, buffer.size(), pipe)) run.out.append(buffer.data(), n);
+    const int status = ::pclose(pipe);
+    run.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    return run;
+}
+
+const std::string kSample = LUMISCOPE_SAMPLE_CONFIG_DIR;
+
+TEST(LumiscopeConfig, MachinesOfTheSample) {
+    const ToolRun run = Tool({"machines", kSample + "/config_machines.csv"});
+    EXPECT_EQ(run.exitCode, 0);
+    const QJsonObject doc = run.Json().object();
+    EXPECT_EQ(doc["result"].toInt(), 0);
+    EXPECT_EQ(doc["MachineCount"].toInt(), 5);
+    EXPECT_EQ(doc["MachineList"].toArray()[4].toObject()["Name"].toString(), "OPERATIONS");
+    EXPECT_TRUE(doc["messages"].toArray().isEmpty());
+}
+
+TEST(LumiscopeConfig, SubsystemsWithAndWithoutTrailingSeparatorAndLocalList) {
+    ScratchDir dir;
+    dir.Write("prog/SpectrumInfo.csv", Lines({"FILENAME,DESCRIPTION", "L.csv,Local"}));
+    for (const std::string& configDir : {kSample, kSample + "/"}) {
+        const QJsonObject doc = Tool({"subsystems", configDir, "VESTA_Subsystems.csv"}).Json().object();
+        EXPECT_EQ(doc["SubsystemCount"].toInt(), 3);
+        const QJsonArray menu = doc["MenuSubsystem"].toArray();
+        ASSERT_EQ(menu.size(), 15);
+        EXPECT_EQ(menu[2].toObject()["caption"].toString(), "Magnet Power Supplies");
+        EXPECT_TRUE(menu[2].toObject()["visible"].toBool());
+        EXPECT_FALSE(menu[3].toObject()["visible"].toBool());
+    }
+    const QJsonObject local =
+        Tool({"subsystems", kSample, "VESTA_Subsystems.csv", "--program-path", dir.Path("prog")}).Json().object();
+    EXPECT_EQ(local["SubsystemCount"].toInt(), 4);
+    EXPECT_EQ(local["SubsystemList"].toArray()[0].toObject()["FileName"].toString(), "L.csv");
+}
+
+TEST(LumiscopeConfig, ChannelsCarryOverBetweenFilesAndKeepQuotesAndShortestFloats) {
+    ScratchDir dir;
+    const std::string first = dir.Write("a.csv", Lines({"CONTEXT,SERVER,PROPERTY,SIZE,DESCRIPTION,MAX,MIN,EGU,TAG",
+                                                         "ORKA,S/D,P,3,\"A, quoted\",0.1,-0.1,mm,T"}));
+    const std::string second = dir.Write("b.csv", Lines({"SERVER,DESCRIPTION", "S2/E,B", "S3/F,C"}));
+    const ToolRun run = Tool({"channels", first, second});
+    EXPECT_EQ(run.exitCode, 0);
+    const QJsonArray docs = run.Json().array();
+    ASSERT_EQ(docs.size(), 2);
+    EXPECT_NE(run.out.find("\"Max\":0.1,"), std::string::npos) << "0.1f printed as its shortest text";
+    const QJsonObject a = docs[0].toObject()["SpectrumList"].toArray()[0].toObject();
+    EXPECT_EQ(a["Description"].toString(), "\"A, quoted\"");
+    EXPECT_FALSE(docs[0].toObject()["ComboVisible"].toBool());
+    const QJsonObject b = docs[1].toObject();
+    EXPECT_TRUE(b["ComboVisible"].toBool());
+    const QJsonObject c = b["SpectrumList"].toArray()[1].toObject();
+    EXPECT_EQ(c["Context"].toString(), "ORKA");
+    EXPECT_EQ(c["Tag"].toString(), "///T");
+    EXPECT_EQ(c["PropLink"].toInt(), -1);
+    EXPECT_EQ(b["Combo"].toArray()[1].toObject()["spectrum"].toInt(), 1);
+}
+
+TEST(LumiscopeConfig, ThresholdsFromFilesLinksAndTheirMessages) {
+    ScratchDir dir;
+    dir.Write("thr.csv", Lines({"HIGH,LOW", "1.5,-1", "2.5,-2"}));
+    struct Case { std::vector<std::string> args; int result; int exitCode; std::string message; };
+    const Case cases[] = {
+        {{"thresholds", "thr.csv", "--size", "2", "--program-path", dir.Path()}, 2, 0, ""},
+        {{"thresholds", "thr.csv", "--size", "1", "--program-path", dir.Path()}, -1, 1, "Threshold array out of bounds !"},
+        {{"thresholds", "missing.csv", "--size", "2", "--program-path", dir.Path()}, -1, 1, ""},
+    };
+    for (const Case& c : cases) {
+        const ToolRun run = Tool(c.args);
+        EXPECT_EQ(run.exitCode, c.exitCode) << run.out;
+        const QJsonObject doc = run.Json().object();
+        EXPECT_EQ(doc["result"].toInt(), c.result);
+        const QJsonArray messages = doc["messages"].toArray();
+        EXPECT_EQ(messages.isEmpty(), c.message.empty());
+        if (!c.message.empty()) {
+            EXPECT_EQ(messages[0].toString().toStdString(), c.message);
+        }
+    }
+    const QJsonObject ok = Tool(cases[0].args).Json().object();
+    EXPECT_EQ(ok["HighThresholds"].toArray()[1].toDouble(), 2.5);
+    EXPECT_EQ(ok["LowThresholds"].toArray()[0].toDouble(), -1.0);
+}
+
+TEST(LumiscopeConfig, GarbageStaysValidJson) {
+    ScratchDir dir;
+    std::string garbage = "CONTEXT,DESCRIPTION\r\n";
+    for (int i = 0; i < 512; ++i) garbage += static_cast<char>((i * 37) % 256);
+    garbage += "\r\nX,caf\xe9 \xc3\xa9\x01\r\n";
+    const ToolRun run = Tool({"channels", dir.Write("g.csv", garbage)});
+    const QJsonArray docs = run.Json().array();
+    ASSERT_EQ(docs.size(), 1);
+    const QJsonArray list = docs[0].toObject()["SpectrumList"].toArray();
+    ASSERT_FALSE(list.isEmpty());
+    EXPECT_EQ(list.last().toObject()["Description"].toString(), QString::fromUtf8("caf\xc3\xa9 \xc3\xa9\x01"));
+}
+
+TEST(LumiscopeConfig, CheckPassesTheSampleAndFailsABrokenCopy) {
+    const ToolRun good = Tool({"check", kSample});
+    EXPECT_EQ(good.exitCode, 0) << good.out;
+    EXPECT_NE(good.out.find("configuration OK"), std::string::npos);
+
+    ScratchDir dir;
+    std::filesystem::copy(kSample, dir.Path("configs"), std::filesystem::copy_options::recursive);
+    dir.Write("configs/ORKA_Subsystems.csv", Lines({"FILENAME,DESCRIPTION", "NOPE.csv,Gone"}));
+    const ToolRun bad = Tool({"check", dir.Path("configs")});
+    EXPECT_EQ(bad.exitCode, 1);
+    EXPECT_NE(bad.out.find("ORKA_Subsystems.csv:2: data-source file"), std::string::npos) << bad.out;
+    EXPECT_NE(bad.out.find("1 problem found"), std::string::npos) << bad.out;
+}
+
+TEST(LumiscopeConfig, UsageErrorsExitWithTwo) {
+    const std::vector<std::vector<std::string>> cases = {
+        {}, {"bogus"}, {"machines"}, {"thresholds", "x.csv"}, {"thresholds", "x.csv", "--size", "0"},
+        {"thresholds", "x.csv", "--size", "12x"}, {"subsystems", "dir"},
+    };
+    for (const auto& args : cases) EXPECT_EQ(Tool(args).exitCode, 2) << (args.empty() ? "" : args[0]);
+}
+
+}  // namespace
