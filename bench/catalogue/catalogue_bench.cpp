@@ -1,0 +1,107 @@
+// How long reading the configuration takes: the whole sample directory as the
+// viewer reads it at start-up and on navigation, and the largest data-source
+// file the catalogue holds.
+#include <benchmark/benchmark.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include "catalogue/config_check.h"
+#include "catalogue/readers.h"
+#include "figure_reporter.h"
+
+namespace {
+
+class NullWindow : public catalogue::CatalogueWindow {
+public:
+    void SetSubsystemMenuEntry(int16_t, const std::string&, bool) override {}
+    void HideSubsystemMenuEntry(int16_t) override {}
+    void ClearSpectrumCombo() override {}
+    void AddSpectrumComboItem(const std::string&) override {}
+    void SetSpectrumComboVisible(bool) override {}
+    void SelectSpectrumComboPosition(int16_t) override {}
+    void PrepareChannel(int16_t) override {}
+    void ShowMessage(const std::string&) override {}
+};
+
+std::string SampleDir() {
+    const char* dir = std::getenv("LUMISCOPE_SAMPLE_CONFIG_DIR");
+    return std::string(dir && *dir ? dir : "configs") + "/";
+}
+
+// Every file the viewer reads from the directory: the machine list, each
+// machine's subsystem list and history file, each subsystem's data-source file
+// and each channel's threshold table.
+int ReadWholeDirectory(const std::string& dir) {
+    catalogue::Catalogue cat;
+    NullWindow window;
+    cat.ConfigPath = dir;
+    cat.ApplicationPath = std::filesystem::path(dir).parent_path().parent_path().string();
+    int files = 0;
+    if (catalogue::ReadMachineFile(cat, dir + "config_machines.csv") != 0) return -1;
+    ++files;
+    const int16_t machines = cat.MachineCount;
+    for (int16_t m = 0; m < machines; ++m) {
+        const catalogue::MachineRecord machine = cat.Machines[m];
+        files += catalogue::ReadHistoryFile(cat, dir + machine.MachineFile) == 0;
+        if (catalogue::ReadSubsystemList(cat, window, dir + machine.ConfigFile) != 0) continue;
+        ++files;
+        for (int16_t s = 0; s < cat.SubsystemCount; ++s) {
+            const catalogue::SubsystemRecord subsystem = cat.Subsystems[s];
+            if (catalogue::ReadSpectrumConfig(cat, window, subsystem.Directory + subsystem.FileName) != 0) continue;
+            ++files;
+            for (int16_t i = 0; i < cat.SpectrumCount; ++i) {
+                catalogue::SpectrumRecord& r = cat.Spectra[i];
+                if (r.ThresholdSource.empty() || catalogue::IsThresholdLinkSource(r.ThresholdSource)) continue;
+                r.HighThresholds.assign(static_cast<std::size_t>(r.Size), 0.0f);
+                r.LowThresholds.assign(static_cast<std::size_t>(r.Size), 0.0f);
+                files += catalogue::ReadThresholds(cat, window, r.ThresholdSource, r.HighThresholds,
+                                                   r.LowThresholds) == catalogue::kThresholdsFromFile;
+            }
+        }
+    }
+    return files;
+}
+
+void ConfigDirRead(benchmark::State& state) {
+    const std::string dir = SampleDir();
+    int files = 0;
+    for (auto _ : state) benchmark::DoNotOptimize(files = ReadWholeDirectory(dir));
+    state.counters["files"] = files;
+}
+BENCHMARK(ConfigDirRead)->Name("figure:config-dir-read")->Unit(benchmark::kMicrosecond);
+
+void ConfigDirCheck(benchmark::State& state) {
+    const std::string dir = SampleDir();
+    for (auto _ : state) benchmark::DoNotOptimize(catalogue::CheckConfigDirectory(dir));
+}
+BENCHMARK(ConfigDirCheck)->Name("figure:config-dir-check")->Unit(benchmark::kMicrosecond);
+
+// The largest data-source file: 101 data rows, all stored (the reader then
+// fails on the entry behind the last row, as it must).
+void SpectrumFile101Rows(benchmark::State& state) {
+    const auto path = std::filesystem::temp_directory_path() / "lumiscope-bench-101.csv";
+    {
+        std::ofstream out(path, std::ios::binary);
+        out << "CONTEXT,SERVER,PROPERTY,SIZE,HSTSERVER,HSTPROPERTY,ARCSERVER,ARCPROPERTY,DESCRIPTION,MAX,MIN,EGU,"
+               "APPEND,HIGH,TAG,PROPLINK,PROPSHORT,EXTDEVNAMEDEV,EXTDEVNAMEPROP,EXTRAPROPCOMBOINDEX\r\n";
+        for (int i = 0; i < 101; ++i)
+            out << "ORKA,BPMSRV/ORBIT.Q" << i << ",ORBIT.X,32,/ORKA/BPMHIST,ORBIT.X.HIST,/ORKA/OKHISTORY,ORBIT.X,"
+                << "Orbit part " << i << ",5,-5,mm," << (i % 4 ? "YES" : "") << ",,Q" << i << "," << (i % 4 ? 0 : 1)
+                << ",X,,,-1\r\n";
+    }
+    catalogue::Catalogue cat;
+    NullWindow window;
+    for (auto _ : state) {
+        catalogue::ReadSpectrumConfig(cat, window, path.string());
+        if (cat.LastReport.rowsStored != 101) state.SkipWithError("the file did not load 101 rows");
+    }
+    std::filesystem::remove(path);
+}
+BENCHMARK(SpectrumFile101Rows)->Name("figure:spectrum-file-101-rows")->Unit(benchmark::kMicrosecond);
+
+}  // namespace
+
+LUMISCOPE_BENCH_MAIN()
