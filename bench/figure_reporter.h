@@ -16,6 +16,8 @@ namespace lumiscope_bench {
 
 class FigureReporter : public benchmark::ConsoleReporter {
 public:
+    // No colour: the figure lines are read by scripts.
+    FigureReporter() : ConsoleReporter(OO_Tabular) {}
     void ReportRuns(const std::vector<Run>& runs) override {
         ConsoleReporter::ReportRuns(runs);
         for (const Run& run : runs) {
