@@ -14,18 +14,6 @@
 
 namespace {
 
-class NullWindow : public catalogue::CatalogueWindow {
-public:
-    void SetSubsystemMenuEntry(int16_t, const std::string&, bool) override {}
-    void HideSubsystemMenuEntry(int16_t) override {}
-    void ClearSpectrumCombo() override {}
-    void AddSpectrumComboItem(const std::string&) override {}
-    void SetSpectrumComboVisible(bool) override {}
-    void SelectSpectrumComboPosition(int16_t) override {}
-    void PrepareChannel(int16_t) override {}
-    void ShowMessage(const std::string&) override {}
-};
-
 std::string SampleDir() {
     const char* dir = std::getenv("LUMISCOPE_SAMPLE_CONFIG_DIR");
     return std::string(dir && *dir ? dir : "configs") + "/";
@@ -36,7 +24,7 @@ std::string SampleDir() {
 // and each channel's threshold table.
 int ReadWholeDirectory(const std::string& dir) {
     catalogue::Catalogue cat;
-    NullWindow window;
+    catalogue::QuietWindow window;
     cat.ConfigPath = dir;
     cat.ApplicationPath = std::filesystem::path(dir).parent_path().parent_path().string();
     int files = 0;
@@ -93,7 +81,7 @@ void SpectrumFile101Rows(benchmark::State& state) {
                 << ",X,,,-1\r\n";
     }
     catalogue::Catalogue cat;
-    NullWindow window;
+    catalogue::QuietWindow window;
     for (auto _ : state) {
         catalogue::ReadSpectrumConfig(cat, window, path.string());
         if (cat.LastReport.rowsStored != 101) state.SkipWithError("the file did not load 101 rows");

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 namespace catalogue {
 
@@ -32,6 +33,22 @@ public:
 
     // A message box with an OK button and no title.
     virtual void ShowMessage(const std::string& text) = 0;
+};
+
+// A window with no menu and no chooser, for programs that only read: it keeps
+// the texts of the message boxes the readers raise.
+class QuietWindow : public CatalogueWindow {
+public:
+    void SetSubsystemMenuEntry(int16_t, const std::string&, bool) override {}
+    void HideSubsystemMenuEntry(int16_t) override {}
+    void ClearSpectrumCombo() override {}
+    void AddSpectrumComboItem(const std::string&) override {}
+    void SetSpectrumComboVisible(bool) override {}
+    void SelectSpectrumComboPosition(int16_t) override {}
+    void PrepareChannel(int16_t) override {}
+    void ShowMessage(const std::string& text) override { messages.push_back(text); }
+
+    std::vector<std::string> messages;
 };
 
 }  // namespace catalogue

@@ -13,22 +13,6 @@
 namespace catalogue {
 namespace {
 
-// Stands in for the window: remembers the message boxes, ignores the rest.
-class RecordingWindow : public CatalogueWindow {
-public:
-    void SetSubsystemMenuEntry(int16_t, const std::string&, bool) override {}
-    void HideSubsystemMenuEntry(int16_t) override {}
-    void ClearSpectrumCombo() override { comboEntries = 0; }
-    void AddSpectrumComboItem(const std::string&) override { ++comboEntries; }
-    void SetSpectrumComboVisible(bool) override {}
-    void SelectSpectrumComboPosition(int16_t) override {}
-    void PrepareChannel(int16_t) override {}
-    void ShowMessage(const std::string& text) override { messages.push_back(text); }
-
-    int comboEntries = 0;
-    std::vector<std::string> messages;
-};
-
 // A table's lines with the line numbers of its header and data rows.
 struct TableLines {
     std::vector<std::string> lines;
@@ -165,7 +149,7 @@ private:
             return;
         CheckHeader(path, table, {"FILENAME", "DESCRIPTION"}, "");
         Catalogue cat = FreshCatalogue();
-        RecordingWindow window;
+        QuietWindow window;
         if (ReadSubsystemList(cat, window, path) != 0)
             Problem(path, cat.LastReport.line,
                     "Read Data Source Config File: " + NativePath(path) + " failed ! (" +
@@ -193,7 +177,7 @@ private:
                     {"CONTEXT", "SERVER", "PROPERTY", "SIZE", "DESCRIPTION", "MAX", "MIN", "EGU"},
                     ": each row keeps the value of the file read before");
         Catalogue cat = FreshCatalogue();
-        RecordingWindow window;
+        QuietWindow window;
         if (ReadSpectrumConfig(cat, window, path) != 0)
             Problem(path, cat.LastReport.line, "data-source file not read: " + cat.LastReport.error);
         const int16_t stored = cat.LastReport.rowsStored;
@@ -275,7 +259,7 @@ private:
         const auto size = static_cast<std::size_t>(std::max<int32_t>(r.Size, 1));
         std::vector<float> high(size), low(size);
         Catalogue cat = FreshCatalogue();
-        RecordingWindow window;
+        QuietWindow window;
         if (IsThresholdLinkSource(source)) {
             if (source.front() != '/' || source.back() != ']' || source.find('[') + 2 >= source.size())
                 Problem(path, line, "threshold link " + Quoted(source) +

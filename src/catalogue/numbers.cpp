@@ -79,20 +79,19 @@ float ToSingle(double value) {
     return static_cast<float>(value);
 }
 
-int16_t RoundToInt16(double value) {
+namespace {
+template <typename Int>
+Int RoundTo(double value) {
     const double rounded = std::nearbyint(value);
-    if (!std::isfinite(rounded) || rounded > std::numeric_limits<int16_t>::max() ||
-        rounded < std::numeric_limits<int16_t>::min())
-        ThrowOverflow("value " + std::to_string(value) + " does not fit a 16-bit integer");
-    return static_cast<int16_t>(rounded);
+    if (!std::isfinite(rounded) || rounded > std::numeric_limits<Int>::max() ||
+        rounded < std::numeric_limits<Int>::min())
+        ThrowOverflow("value " + std::to_string(value) + " does not fit a " +
+                      std::to_string(8 * sizeof(Int)) + "-bit integer");
+    return static_cast<Int>(rounded);
 }
+}  // namespace
 
-int32_t RoundToInt32(double value) {
-    const double rounded = std::nearbyint(value);
-    if (!std::isfinite(rounded) || rounded > std::numeric_limits<int32_t>::max() ||
-        rounded < std::numeric_limits<int32_t>::min())
-        ThrowOverflow("value " + std::to_string(value) + " does not fit a 32-bit integer");
-    return static_cast<int32_t>(rounded);
-}
+int16_t RoundToInt16(double value) { return RoundTo<int16_t>(value); }
+int32_t RoundToInt32(double value) { return RoundTo<int32_t>(value); }
 
 }  // namespace catalogue

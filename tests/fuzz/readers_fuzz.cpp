@@ -13,18 +13,6 @@
 
 namespace {
 
-class NullWindow : public catalogue::CatalogueWindow {
-public:
-    void SetSubsystemMenuEntry(int16_t, const std::string&, bool) override {}
-    void HideSubsystemMenuEntry(int16_t) override {}
-    void ClearSpectrumCombo() override {}
-    void AddSpectrumComboItem(const std::string&) override {}
-    void SetSpectrumComboVisible(bool) override {}
-    void SelectSpectrumComboPosition(int16_t) override {}
-    void PrepareChannel(int16_t) override {}
-    void ShowMessage(const std::string&) override {}
-};
-
 const std::string& Scratch() {
     static const std::string path = "/tmp/lumiscope-fuzz-" + std::to_string(::getpid()) + ".csv";
     return path;
@@ -45,7 +33,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     catalogue::Catalogue cat;
     cat.ApplicationPath = "/tmp";
     cat.ProgramPath = "/tmp/";
-    NullWindow window;
+    catalogue::QuietWindow window;
     switch (selector % 6) {
         case 0:
             catalogue::ReadMachineFile(cat, Scratch());
