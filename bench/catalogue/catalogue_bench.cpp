@@ -32,21 +32,18 @@ int ReadWholeDirectory(const std::string& dir) {
     ++files;
     const int16_t machines = cat.MachineCount;
     for (int16_t m = 0; m < machines; ++m) {
-        const catalogue::MachineRecord machine = cat.Machines[m];
+        const catalogue::MachineRecord machine = cat.MachineList[m];
         files += catalogue::ReadHistoryFile(cat, dir + machine.MachineFile) == 0;
         if (catalogue::ReadSubsystemList(cat, window, dir + machine.ConfigFile) != 0) continue;
         ++files;
         for (int16_t s = 0; s < cat.SubsystemCount; ++s) {
-            const catalogue::SubsystemRecord subsystem = cat.Subsystems[s];
+            const catalogue::SubsystemRecord subsystem = cat.SubsystemList[s];
             if (catalogue::ReadSpectrumConfig(cat, window, subsystem.Directory + subsystem.FileName) != 0) continue;
             ++files;
             for (int16_t i = 0; i < cat.SpectrumCount; ++i) {
-                catalogue::SpectrumRecord& r = cat.Spectra[i];
-                if (r.ThresholdSource.empty() || catalogue::IsThresholdLinkSource(r.ThresholdSource)) continue;
-                r.HighThresholds.assign(static_cast<std::size_t>(r.Size), 0.0f);
-                r.LowThresholds.assign(static_cast<std::size_t>(r.Size), 0.0f);
-                files += catalogue::ReadThresholds(cat, window, r.ThresholdSource, r.HighThresholds,
-                                                   r.LowThresholds) == catalogue::kThresholdsFromFile;
+                const std::string& source = cat.SpectrumList[i].ThresholdSource;
+                if (source.empty() || catalogue::IsThresholdLinkSource(source)) continue;
+                files += catalogue::ReadChannelThresholds(cat, window, i) == catalogue::kThresholdsFromFile;
             }
         }
     }

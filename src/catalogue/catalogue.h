@@ -21,11 +21,11 @@ inline constexpr int kMaxSpectrum = 100;    // SpectrumList 0..100
 inline constexpr int kMaxHistory = 10;      // HistoryList 0..10
 inline constexpr int kHistoryRowsRead = 10; // at most 10 history quantities
 
-using MachineList = FixedArray<MachineRecord, 0, kMaxMachine>;
-using SubsystemList = FixedArray<SubsystemRecord, 0, kMaxSubsystem>;
-using SpectrumList = FixedArray<SpectrumRecord, 0, kMaxSpectrum>;
-using HistoryList = FixedArray<SpectrumRecord, 0, kMaxHistory>;
-using ComboToSpectrum = FixedArray<int16_t, 0, kMaxSpectrum>;
+using MachineTable = FixedArray<MachineRecord, 0, kMaxMachine>;
+using SubsystemTable = FixedArray<SubsystemRecord, 0, kMaxSubsystem>;
+using SpectrumTable = FixedArray<SpectrumRecord, 0, kMaxSpectrum>;
+using HistoryTable = FixedArray<SpectrumRecord, 0, kMaxHistory>;
+using ComboMapTable = FixedArray<int16_t, 0, kMaxSpectrum>;
 
 // Reads `values.size()` 32-bit floats from device/property with one link call
 // (access 1) and returns the completion code (0 = success). The middleware
@@ -43,23 +43,24 @@ struct ReaderReport {
 };
 
 struct Catalogue {
-    MachineList Machines;
+    MachineTable MachineList;
     int16_t MachineCount = 0;
     int16_t CurrentMachine = 0;
 
-    SubsystemList Subsystems;
+    SubsystemTable SubsystemList;
     int16_t SubsystemCount = 0;
     int16_t CurrentSubsystem = 0;
 
-    SpectrumList Spectra;
+    SpectrumTable SpectrumList;
     int16_t SpectrumCount = 0;
+    int16_t CurrentSpectrum = 0;  // the channel last chosen in SpectrumCombo
     // Each data row is read into NewSpectrum before it is copied into the
     // table; it is never cleared, so a column a file lacks keeps the value of
     // the row (or the file) read before.
     SpectrumRecord NewSpectrum;
-    ComboToSpectrum ComboMap;  // SpectrumCombo list position -> Spectra index
+    ComboMapTable ComboToSpectrum;  // SpectrumCombo list position -> SpectrumList index
 
-    HistoryList History;
+    HistoryTable HistoryList;
     int16_t HistoryCount = 0;
 
     // Set when a catalogue has just been read; the window clears them.

@@ -4,8 +4,10 @@
 #include <set>
 
 #include "catalogue/catalogue_window.h"
+#include "catalogue/combined_entry.h"
 #include "catalogue/files.h"
 #include "catalogue/numbers.h"
+#include "catalogue/reader_messages.h"
 #include "catalogue/reader_support.h"
 #include "catalogue/readers.h"
 #include "catalogue/table.h"
@@ -19,9 +21,9 @@ struct TableLines {
     int32_t headerLine = 0;          // 1-based; 0 = no header
     std::vector<int32_t> rowLines;   // 1-based, one per data row
 
-    const std::string& Header() const { return lines[static_cast<std::size_t>(headerLine - 1)]; }
+    const std::string& Header() const { return lines.at(static_cast<std::size_t>(headerLine - 1)); }
     const std::string& Row(std::size_t i) const {
-        return lines[static_cast<std::size_t>(rowLines[i] - 1)];
+        return lines.at(static_cast<std::size_t>(rowLines.at(i) - 1));
     }
     int32_t RowLine(std::size_t i) const { return i < rowLines.size() ? rowLines[i] : 0; }
 };
@@ -114,7 +116,7 @@ private:
     }
 
     void CheckMachines() {
-        const std::string path = configPath_ + "config_machines.csv";
+        const std::string path = configPath_ + std::string(kMachineListFileName);
         TableLines table;
         if (!Load(path, detail::SkipRule::CommentsAndEmpty, table, configPath_, 0,
                   "cannot read the machine list"))
@@ -122,12 +124,11 @@ private:
         CheckHeader(path, table, {"MACHINE", "CONFIGFILE", "MACHINEFILE"}, "");
         Catalogue cat = FreshCatalogue();
         if (ReadMachineFile(cat, path) != 0) {
-            Problem(path, cat.LastReport.line,
-                    "Read Machine-Info File config_machines.csv failed ! (" + cat.LastReport.error + ")");
+            Problem(path, cat.LastReport.line, ReadMachineInfoFailedText() + " (" + cat.LastReport.error + ")");
             return;
         }
         for (int16_t m = 0; m < cat.MachineCount; ++m) {
-            const MachineRecord& machine = cat.Machines[m];
+            const MachineRecord& machine = cat.MachineList[m];
             const int32_t line = table.RowLine(static_cast<std::size_t>(m));
             if (machine.Name.empty()) Problem(path, line, "machine without a name");
             if (machine.MachineFile.empty())
@@ -137,11 +138,13 @@ private:
             if (machine.ConfigFile.empty())
                 Problem(path, line, "machine " + Quoted(machine.Name) + " names no subsystem list");
             else
-                CheckSubsystemList(configPath_ + machine.ConfigFile, path, line);
+                CheckSubsystemList(machine.ConfigFile, m == kCombinedMachineEntry, path, line);
         }
     }
 
-    void CheckSubsystemList(const std::string& path, const std::string& referrer, int32_t referrerLine) {
+    void CheckSubsystemList(const std::string& configFile, bool combinedEntry, const std::string& referrer,
+                            int32_t referrerLine) {
+        const std::string path = configPath_ + configFile;
         if (!checked_.insert(NativePath(path)).second) return;
         TableLines table;
         if (!Load(path, detail::SkipRule::CommentsAndEmpty, table, referrer, referrerLine,
@@ -152,11 +155,10 @@ private:
         QuietWindow window;
         if (ReadSubsystemList(cat, window, path) != 0)
             Problem(path, cat.LastReport.line,
-                    "Read Data Source Config File: " + NativePath(path) + " failed ! (" +
-                        cat.LastReport.error + ")");
+                    ReadDataSourceFailedText(configFile) + " (" + cat.LastReport.error + ")");
         const int16_t stored = cat.LastReport.rowsStored;
         for (int16_t s = 0; s < stored; ++s) {
-            const SubsystemRecord& subsystem = cat.Subsystems[s];
+            const SubsystemRecord& subsystem = cat.SubsystemList[s];
             const int32_t line = table.RowLine(static_cast<std::size_t>(s));
             if (subsystem.Description.empty())
                 Problem(path, line, "subsystem without a description: its menu entry is blank");
@@ -164,6 +166,10 @@ private:
                 Problem(path, line, "subsystem names no data-source file");
                 continue;
             }
+            if (combinedEntry && !MachineNamedInFileName(subsystem.FileName))
+                Problem(path, line, "data-source file " + Quoted(subsystem.FileName) +
+                                        " names none of ORKA, VESTA, LYRAS: the combined entry shows the "
+                                        "history of machine 0 with it");
             CheckDataSourceFile(subsystem.Directory + subsystem.FileName, path, line);
         }
     }
@@ -190,10 +196,10 @@ private:
 
         int16_t comboEntries = 0;
         for (int16_t i = 0; i < stored; ++i)
-            if (!cat.Spectra[i].Append) ++comboEntries;
+            if (!cat.SpectrumList[i].Append) ++comboEntries;
 
         for (int16_t i = 0; i < stored; ++i) {
-            const SpectrumRecord& r = cat.Spectra[i];
+            const SpectrumRecord& r = cat.SpectrumList[i];
             const auto index = static_cast<std::size_t>(i);
             const int32_t line = table.RowLine(index);
             const std::string& row = table.Row(index);
@@ -233,38 +239,81 @@ private:
                                         std::to_string(comboEntries - 1) + ")");
             if (r.HasExtDevName && r.ExtDevNameDev.empty())
                 Problem(path, line, "EXTDEVNAMEPROP without EXTDEVNAMEDEV");
-            if (!r.ThresholdSource.empty()) CheckThresholdSource(r, path, line);
+            if (!r.Append && r.Description.empty())
+                Problem(path, line, "row without a description: its chooser entry is blank");
+            if (!r.ThresholdSource.empty()) CheckThresholdSource(cat, i, path, line);
         }
-        CheckSpectrumLengths(cat, stored, table, path);
+        CheckSpectra(cat, stored, comboEntries, table, path);
+        CheckPropertyGroups(cat, stored, table, path);
         for (const std::string& message : window.messages) Problem(path, 0, "message: " + message);
     }
 
-    // A head row and its appended rows make one spectrum of at most 8000 points.
-    void CheckSpectrumLengths(const Catalogue& cat, int16_t stored, const TableLines& table,
-                              const std::string& path) {
+    // Points of the spectrum that starts at `head`: the head row and the rows
+    // appended to it.
+    static int64_t SpectrumPoints(const Catalogue& cat, int16_t head, int16_t stored) {
+        int64_t points = cat.SpectrumList[head].Size;
+        for (int16_t k = head + 1; k < stored && cat.SpectrumList[k].Append; ++k) points += cat.SpectrumList[k].Size;
+        return points;
+    }
+
+    // A spectrum holds at most 8000 points, and a companion (set values for
+    // actual values) needs an element for every element of its channel.
+    void CheckSpectra(const Catalogue& cat, int16_t stored, int16_t comboEntries, const TableLines& table,
+                      const std::string& path) {
         for (int16_t head = 0; head < stored; ++head) {
-            if (cat.Spectra[head].Append) continue;
-            int64_t points = cat.Spectra[head].Size;
-            for (int16_t k = head + 1; k < stored && cat.Spectra[k].Append; ++k) points += cat.Spectra[k].Size;
+            const SpectrumRecord& r = cat.SpectrumList[head];
+            if (r.Append) continue;
+            const int32_t line = table.RowLine(static_cast<std::size_t>(head));
+            const int64_t points = SpectrumPoints(cat, head, stored);
             if (points > kMaxSpectrumPoints)
-                Problem(path, table.RowLine(static_cast<std::size_t>(head)),
-                        "spectrum " + Quoted(cat.Spectra[head].Description) + " has " +
-                            std::to_string(points) + " points; the viewer shows at most " +
-                            std::to_string(kMaxSpectrumPoints));
+                Problem(path, line, "spectrum " + Quoted(r.Description) + " has " + std::to_string(points) +
+                                        " points; the viewer shows at most " + std::to_string(kMaxSpectrumPoints));
+            if (r.ExtraPropComboIndex < 0 || r.ExtraPropComboIndex >= comboEntries) continue;
+            const int16_t companion = cat.ComboToSpectrum[r.ExtraPropComboIndex];
+            const int64_t companionPoints = SpectrumPoints(cat, companion, stored);
+            if (companionPoints < points)
+                Problem(path, line, "companion " + Quoted(cat.SpectrumList[companion].Description) + " has " +
+                                        std::to_string(companionPoints) + " elements, fewer than the " +
+                                        std::to_string(points) + " of this channel");
         }
     }
 
-    void CheckThresholdSource(const SpectrumRecord& r, const std::string& path, int32_t line) {
-        const std::string& source = r.ThresholdSource;
-        const auto size = static_cast<std::size_t>(std::max<int32_t>(r.Size, 1));
-        std::vector<float> high(size), low(size);
+    // The property check boxes offer the entries that share the chosen
+    // channel's PROPLINK number (appended entries included, and without a
+    // PROPLINK column every entry shares -1): four boxes, a fifth entry is
+    // kept without a box, and a sixth is more than the window holds.
+    void CheckPropertyGroups(const Catalogue& cat, int16_t stored, const TableLines& table,
+                             const std::string& path) {
+        const int16_t scanned = std::min<int16_t>(stored, kMaxSpectrum);  // entries 0..99
+        std::set<int16_t> reported;
+        for (int16_t head = 0; head < scanned; ++head) {
+            const SpectrumRecord& r = cat.SpectrumList[head];
+            if (r.Append || !reported.insert(r.PropLink).second) continue;
+            int members = 0;
+            for (int16_t i = 0; i < scanned; ++i) members += cat.SpectrumList[i].PropLink == r.PropLink;
+            const std::string group = "PROPLINK " + std::to_string(r.PropLink) + " is shared by " +
+                                      std::to_string(members) + " entries";
+            const int32_t line = table.RowLine(static_cast<std::size_t>(head));
+            if (members > kPropertyGroupSlots)
+                Problem(path, line, group + ": choosing " + Quoted(r.Description) +
+                                        " fails, the property selection holds " +
+                                        std::to_string(kPropertyGroupSlots));
+            else if (members > kPropertyCheckBoxes)
+                Problem(path, line, group + ": only " + std::to_string(kPropertyCheckBoxes) +
+                                        " get a check box");
+        }
+    }
+
+    void CheckThresholdSource(const Catalogue& read, int16_t channel, const std::string& path, int32_t line) {
+        const std::string source = read.SpectrumList[channel].ThresholdSource;
         Catalogue cat = FreshCatalogue();
+        cat.SpectrumList[0] = read.SpectrumList[channel];
         QuietWindow window;
         if (IsThresholdLinkSource(source)) {
             if (source.front() != '/' || source.back() != ']' || source.find('[') + 2 >= source.size())
                 Problem(path, line, "threshold link " + Quoted(source) +
                                         " is not of the form /CONTEXT/SERVER/DEVICE[PROPERTY]");
-            else if (options_.thresholdLink && ReadThresholds(cat, window, source, high, low) != kThresholdsByLink)
+            else if (options_.thresholdLink && ReadChannelThresholds(cat, window, 0) != kThresholdsByLink)
                 Problem(path, line, "threshold link " + Quoted(source) + " cannot be read: " + cat.LastReport.error);
             return;
         }
@@ -275,7 +324,7 @@ private:
             return;
         }
         CheckThresholdTable(file);
-        if (ReadThresholds(cat, window, source, high, low) != kThresholdsFromFile) {
+        if (ReadChannelThresholds(cat, window, 0) != kThresholdsFromFile) {
             std::string message = "thresholds " + Quoted(source) + " not read: " + cat.LastReport.error;
             for (const std::string& box : window.messages) message += " (message: " + box + ")";
             Problem(path, line, message);
@@ -311,7 +360,7 @@ private:
         Catalogue cat = FreshCatalogue();
         if (ReadHistoryFile(cat, path) != 0) {
             Problem(path, cat.LastReport.line,
-                    "Read Machine Source Config File failed ! (" + cat.LastReport.error + ")");
+                    std::string(kReadMachineSourceFailedText) + " (" + cat.LastReport.error + ")");
             return;
         }
         if (table.rowLines.size() > static_cast<std::size_t>(kHistoryRowsRead))
@@ -320,7 +369,7 @@ private:
                         " quantities are read; this row and the ones after it are ignored");
         const int max = FindColumn(table.Header(), "MAX"), min = FindColumn(table.Header(), "MIN");
         for (int16_t i = 0; i < cat.HistoryCount; ++i) {
-            const SpectrumRecord& entry = cat.History[i];
+            const SpectrumRecord& entry = cat.HistoryList[i];
             const auto index = static_cast<std::size_t>(i);
             CheckNumber(path, table.RowLine(index), table.Row(index), max, "MAX");
             CheckNumber(path, table.RowLine(index), table.Row(index), min, "MIN");

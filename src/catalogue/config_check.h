@@ -44,5 +44,9 @@ ConfigCheckResult CheckConfigDirectory(const std::string& configDir,
 
 // Longest combined spectrum the viewer shows.
 inline constexpr int32_t kMaxSpectrumPoints = 8000;
+// Property check boxes of the window, and the entries its property selection
+// records (one more than it shows).
+inline constexpr int kPropertyCheckBoxes = 4;
+inline constexpr int kPropertyGroupSlots = 5;
 
 }  // namespace catalogue

@@ -32,7 +32,7 @@ int16_t ReadHistoryFile(Catalogue& cat, std::string_view path) {
                 shortName = FindColumn(header, "SHORTNAME");
             },
             [&](const std::string& line) {
-                SpectrumRecord& entry = cat.History[n];
+                SpectrumRecord& entry = cat.HistoryList[n];
                 entry.Context = field(line, context);
                 entry.Server = field(line, server);
                 entry.Property = field(line, property);
@@ -54,7 +54,7 @@ int16_t ReadHistoryFile(Catalogue& cat, std::string_view path) {
         cat.HistoryCount = n;
         report.line = 0;
         for (int16_t i = 0; i < n; ++i) {
-            SpectrumRecord& entry = cat.History[i];
+            SpectrumRecord& entry = cat.HistoryList[i];
             entry.Size = 1;
             if (!entry.HstProperty.empty() && entry.HstProperty.find(".HIST") == std::string::npos)
                 entry.HstProperty += ".HIST";

@@ -17,7 +17,7 @@ int16_t ReadMachineFile(Catalogue& cat, std::string_view path) {
                 machineFileColumn = FindColumn(header, "MACHINEFILE");
             },
             [&](const std::string& line) {
-                MachineRecord& machine = cat.Machines[n];  // a 17th row fails here
+                MachineRecord& machine = cat.MachineList[n];  // a 17th row fails here
                 if (nameColumn >= 0) machine.Name = GetField(line, nameColumn);
                 if (configColumn >= 0) machine.ConfigFile = GetField(line, configColumn);
                 if (machineFileColumn >= 0) machine.MachineFile = GetField(line, machineFileColumn);

@@ -36,6 +36,11 @@ inline constexpr int32_t kThresholdLinkTimeoutMs = 800;
 int16_t ReadThresholds(Catalogue& cat, CatalogueWindow& window, std::string_view source,
                        std::vector<float>& high, std::vector<float>& low);
 
+// The thresholds of SpectrumList[channel] from its ThresholdSource, into its
+// own arrays sized one value per element (the threshold step of the channel
+// preparation). -1 without a source, the arrays then left as they are.
+int16_t ReadChannelThresholds(Catalogue& cat, CatalogueWindow& window, int16_t channel);
+
 // True when a threshold source names a link rather than a file.
 bool IsThresholdLinkSource(std::string_view source);
 

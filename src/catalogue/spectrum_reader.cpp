@@ -111,8 +111,8 @@ void FillSpectrumCombo(Catalogue& cat, CatalogueWindow& window, int16_t n) {
     window.ClearSpectrumCombo();
     if (n < 2) {
         window.SetSpectrumComboVisible(false);
-        cat.ComboMap[0] = 0;
-        window.AddSpectrumComboItem(cat.Spectra[0].Description);
+        cat.ComboToSpectrum[0] = 0;
+        window.AddSpectrumComboItem(cat.SpectrumList[0].Description);
         window.SelectSpectrumComboPosition(0);
         cat.CatalogueFresh = true;
         cat.CatalogueFresh2 = true;
@@ -122,9 +122,9 @@ void FillSpectrumCombo(Catalogue& cat, CatalogueWindow& window, int16_t n) {
     window.SetSpectrumComboVisible(true);
     int16_t position = 0;
     for (int16_t i = 0; i < n; ++i) {
-        if (cat.Spectra[i].Append) continue;  // shown with the row it continues
-        cat.ComboMap[position] = i;
-        window.AddSpectrumComboItem(cat.Spectra[i].Description);
+        if (cat.SpectrumList[i].Append) continue;  // shown with the row it continues
+        cat.ComboToSpectrum[position] = i;
+        window.AddSpectrumComboItem(cat.SpectrumList[i].Description);
         position = CheckedAdd16(position, 1);
     }
     window.SelectSpectrumComboPosition(0);
@@ -143,15 +143,17 @@ int16_t ReadSpectrumConfig(Catalogue& cat, CatalogueWindow& window, std::string_
             [&](const std::string& line) {
                 SpectrumRecord& r = cat.NewSpectrum;
                 ReadSpectrumRow(*columns, line, r);
-                if (n >= 1 && columns->append >= 0) ApplyAppend(*columns, line, cat.Spectra[n - 1], r);
-                cat.Spectra[n] = r;  // row index 100 is the last that fits
+                if (n >= 1 && columns->append >= 0) ApplyAppend(*columns, line, cat.SpectrumList[n - 1], r);
+                cat.SpectrumList[n] = r;  // row index 100 is the last that fits
                 n = CheckedAdd16(n, 1);
                 report.rowsStored = n;
                 return true;
             });
         report.line = 0;
-        cat.Spectra[n].Append = false;  // the entry behind the last row: fails at 101 rows
         cat.SpectrumCount = n;
+        // The entry behind the last row: with 101 rows there is none, and the
+        // reader fails here, after the count has been set.
+        cat.SpectrumList[n].Append = false;
         cat.SpectrumTrace = -1;
         FillSpectrumCombo(cat, window, n);
     });

@@ -1,4 +1,5 @@
 #include "catalogue/reader_support.h"
+#include "catalogue/reader_messages.h"
 #include "catalogue/readers.h"
 #include "catalogue/table.h"
 
@@ -19,7 +20,7 @@ void ReadSubsystemRows(Catalogue& cat, ReaderReport& report, std::string_view pa
             descriptionColumn = FindColumn(header, "DESCRIPTION");
         },
         [&](const std::string& line) {
-            SubsystemRecord& subsystem = cat.Subsystems[n];  // beyond entry 15 fails
+            SubsystemRecord& subsystem = cat.SubsystemList[n];  // beyond entry 15 fails
             subsystem.Directory = directory;
             if (fileColumn >= 0) subsystem.FileName = GetField(line, fileColumn);
             if (descriptionColumn >= 0) subsystem.Description = GetField(line, descriptionColumn);
@@ -36,7 +37,7 @@ int16_t ReadSubsystemList(Catalogue& cat, CatalogueWindow& window, std::string_v
         int16_t n = 0;
         // The local list is optional: it is read only when it is there. The
         // doubled "\" of ProgramPath + "\" is harmless and kept.
-        const std::string localList = cat.ProgramPath + "\\" + "SpectrumInfo.csv";
+        const std::string localList = cat.ProgramPath + "\\" + std::string(kLocalSubsystemListFileName);
         if (!cat.ProgramPath.empty() && !FileSearch(localList).empty())
             ReadSubsystemRows(cat, report, localList, cat.ProgramPath, n);
         ReadSubsystemRows(cat, report, path, cat.ConfigPath, n);
@@ -49,7 +50,7 @@ int16_t ReadSubsystemList(Catalogue& cat, CatalogueWindow& window, std::string_v
                 throw RuntimeError(ErrorKind::MenuEntryMissing,
                                    "the subsystem menu has no entry " + std::to_string(i) +
                                        " (it has " + std::to_string(kSubsystemMenuEntries) + ")");
-            window.SetSubsystemMenuEntry(i, cat.Subsystems[i].Description, true);
+            window.SetSubsystemMenuEntry(i, cat.SubsystemList[i].Description, true);
         }
         for (int16_t i = n; i < kSubsystemMenuEntries; ++i) window.HideSubsystemMenuEntry(i);
     });

@@ -2,6 +2,7 @@
 
 #include "catalogue/numbers.h"
 #include "catalogue/reader_support.h"
+#include "catalogue/reader_messages.h"
 #include "catalogue/readers.h"
 #include "catalogue/table.h"
 
@@ -82,7 +83,7 @@ int16_t ReadThresholds(Catalogue& cat, CatalogueWindow& window, std::string_view
             });
     });
     if (outOfBounds) {
-        window.ShowMessage("Threshold array out of bounds !");
+        window.ShowMessage(std::string(kThresholdOutOfBoundsText));
         cat.LastReport.error = "more threshold rows than the channel has elements (" +
                                std::to_string(high.size()) + ")";
         EmptyBoth(high, low);
@@ -90,6 +91,17 @@ int16_t ReadThresholds(Catalogue& cat, CatalogueWindow& window, std::string_view
     }
     // A missing or unreadable file leaves the arrays as they were.
     return failed == 0 ? kThresholdsFromFile : kThresholdsFailed;
+}
+
+int16_t ReadChannelThresholds(Catalogue& cat, CatalogueWindow& window, int16_t channel) {
+    SpectrumRecord& record = cat.SpectrumList[channel];
+    if (record.ThresholdSource.empty()) return kThresholdsFailed;
+    // One value per element; a channel without elements still gets the one
+    // element every threshold array has.
+    const auto elements = static_cast<std::size_t>(std::max<int32_t>(record.Size, 1));
+    record.HighThresholds.assign(elements, 0.0f);
+    record.LowThresholds.assign(elements, 0.0f);
+    return ReadThresholds(cat, window, record.ThresholdSource, record.HighThresholds, record.LowThresholds);
 }
 
 }  // namespace catalogue

@@ -127,9 +127,44 @@ TEST_F(BrokenCopy, HeaderProblemsAndReaderFailures) {
     const auto result = Check();
     const std::string all = Describe(result);
     EXPECT_TRUE(Has(result, "KALM_BPM.csv", 1, "column PROPERTY missing: the empty header field at position 0")) << all;
-    EXPECT_TRUE(Has(result, "KALM_Subsystems.csv", 0, "failed ! (the subsystem menu has no entry 15")) << all;
+    EXPECT_TRUE(Has(result, "KALM_Subsystems.csv", 0,
+                    "Read Data Source Config File: KALM_Subsystems.csv failed ! (the subsystem menu has no entry 15"))
+        << all;
     EXPECT_TRUE(Has(result, "config_machines.csv", 6, "machine without a name")) << all;
     EXPECT_TRUE(Has(result, "config_machines.csv", 6, "names no subsystem list")) << all;
+}
+
+TEST_F(BrokenCopy, PropertyGroupsCompanionsAndTheCombinedEntry) {
+    std::vector<std::string> ps{"CONTEXT,SERVER,PROPERTY,SIZE,DESCRIPTION,MAX,MIN,EGU,PROPLINK,EXTRAPROPCOMBOINDEX",
+                                "VESTA,PSSRV/D,CURRENT.SET,24,Soll,1,0,A,1,1",   // line 2
+                                "VESTA,PSSRV/D,CURRENT.ACT,20,Ist,1,0,A,1,-1"};  // line 3
+    for (int i = 0; i < 4; ++i) ps.push_back("VESTA,PSSRV/D,P" + std::to_string(i) + ",20,P,1,0,A,1,-1");
+    for (int i = 0; i < 5; ++i) ps.push_back("VESTA,PSSRV/Q,Q" + std::to_string(i) + ",20,Q,1,0,A,2,-1");  // from line 8
+    ps.push_back("VESTA,PSSRV/Q,R,20,,1,0,A,3,-1");  // line 13
+    Write("VESTA_PS.csv", ps);
+    std::vector<std::string> bpm{"CONTEXT,SERVER,PROPERTY,SIZE,DESCRIPTION,MAX,MIN,EGU"};
+    for (int i = 0; i < 6; ++i) bpm.push_back("LYRAS,BPMSRV/L,P" + std::to_string(i) + ",4,B" + std::to_string(i) + ",1,0,mm");
+    Write("LYRAS_BPM.csv", bpm);
+    Write("OPERATIONS_Subsystems.csv", {"FILENAME,DESCRIPTION", "ORKA_PS.csv,ORKA", "KALM_BPM.csv,KALM"});
+
+    const auto result = Check();
+    const std::string all = Describe(result);
+    struct Expect { std::string file; int32_t line; std::string text; };
+    const Expect wanted[] = {
+        {"VESTA_PS.csv", 2, "companion 'Ist' has 20 elements, fewer than the 24 of this channel"},
+        {"VESTA_PS.csv", 2, "PROPLINK 1 is shared by 6 entries: choosing 'Soll' fails"},
+        {"VESTA_PS.csv", 8, "PROPLINK 2 is shared by 5 entries: only 4 get a check box"},
+        {"VESTA_PS.csv", 13, "row without a description"},
+        {"LYRAS_BPM.csv", 2, "PROPLINK -1 is shared by 6 entries"},
+        {"OPERATIONS_Subsystems.csv", 3, "'KALM_BPM.csv' names none of ORKA, VESTA, LYRAS"},
+    };
+    for (const Expect& e : wanted)
+        EXPECT_TRUE(Has(result, e.file, e.line, e.text)) << e.file << ":" << e.line << " " << e.text << "\n" << all;
+    // Each group is reported once, at its first head row; the one-member
+    // group 3 and the companion without a companion are fine.
+    for (const Expect& e : std::vector<Expect>{{"VESTA_PS.csv", 3, "PROPLINK"}, {"VESTA_PS.csv", 13, "PROPLINK"},
+                                                {"VESTA_PS.csv", 3, "companion"}, {"ORKA_PS.csv", 0, ""}})
+        EXPECT_FALSE(Has(result, e.file, e.line, e.text)) << e.file << ":" << e.line << " " << e.text << "\n" << all;
 }
 
 TEST_F(BrokenCopy, MissingMachineListStopsTheCheck) {

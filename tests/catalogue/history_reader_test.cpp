@@ -19,8 +19,8 @@ TEST(ReadHistoryFile, ReadsAtMostTenQuantities) {
     Catalogue cat;
     ASSERT_EQ(ReadHistoryFile(cat, dir.Write("h.HIST", Lines(lines))), 0);
     EXPECT_EQ(cat.HistoryCount, 10);
-    EXPECT_EQ(cat.History[9].Property, "P9");
-    EXPECT_EQ(cat.History[10].Property, "") << "the eleventh slot is never filled";
+    EXPECT_EQ(cat.HistoryList[9].Property, "P9");
+    EXPECT_EQ(cat.HistoryList[10].Property, "") << "the eleventh slot is never filled";
 }
 
 TEST(ReadHistoryFile, HistPropertyAndLabelRules) {
@@ -36,9 +36,9 @@ TEST(ReadHistoryFile, HistPropertyAndLabelRules) {
         Catalogue cat;
         ASSERT_EQ(ReadHistoryFile(cat, dir.Write("h.HIST", Lines({kHeader, "ORKA,S," + c.property + ",/O/H," + c.hst +
                                                                            ",ORKA,P,D,1,0," + c.egu + "," + c.shortName}))), 0);
-        EXPECT_EQ(cat.History[0].HstProperty, c.hstAfter);
-        EXPECT_EQ(cat.History[0].Label, c.label);
-        EXPECT_EQ(cat.History[0].Size, 1);
+        EXPECT_EQ(cat.HistoryList[0].HstProperty, c.hstAfter);
+        EXPECT_EQ(cat.HistoryList[0].Label, c.label);
+        EXPECT_EQ(cat.HistoryList[0].Size, 1);
     }
 }
 
@@ -49,21 +49,21 @@ TEST(ReadHistoryFile, HashAndEmptyLinesAreNotComments) {
     ASSERT_EQ(ReadHistoryFile(cat, dir.Write("h.HIST", Lines({"; skipped", "% skipped", "#PROPERTY,DESCRIPTION",
                                                                  "PROPERTY,DESCRIPTION", "", "I,Current"}))), 0);
     EXPECT_EQ(cat.HistoryCount, 3);
-    EXPECT_EQ(cat.History[0].Property, "") << "no PROPERTY column under the '#PROPERTY' header";
-    EXPECT_EQ(cat.History[0].Description, "DESCRIPTION");
-    EXPECT_EQ(cat.History[2].Description, "Current");
+    EXPECT_EQ(cat.HistoryList[0].Property, "") << "no PROPERTY column under the '#PROPERTY' header";
+    EXPECT_EQ(cat.HistoryList[0].Description, "DESCRIPTION");
+    EXPECT_EQ(cat.HistoryList[2].Description, "Current");
 }
 
 TEST(ReadHistoryFile, MissingColumnsReadEmptyButLimitsAreKept) {
     ScratchDir dir;
     Catalogue cat;
-    cat.History[0].Max = 99.0f;
-    cat.History[0].Egu = "old";
-    cat.History[0].ArcServer = "old";
+    cat.HistoryList[0].Max = 99.0f;
+    cat.HistoryList[0].Egu = "old";
+    cat.HistoryList[0].ArcServer = "old";
     ASSERT_EQ(ReadHistoryFile(cat, dir.Write("h.HIST", Lines({"PROPERTY", "I"}))), 0);
-    EXPECT_EQ(cat.History[0].ArcServer, "");
-    EXPECT_EQ(cat.History[0].Max, 99.0f);
-    EXPECT_EQ(cat.History[0].Label, "I    (old)");
+    EXPECT_EQ(cat.HistoryList[0].ArcServer, "");
+    EXPECT_EQ(cat.HistoryList[0].Max, 99.0f);
+    EXPECT_EQ(cat.HistoryList[0].Label, "I    (old)");
 }
 
 TEST(ReadHistoryFile, FailuresReportTheLine) {

@@ -1,6 +1,8 @@
 // "config_machines.csv" and the subsystem lists.
 #include <gtest/gtest.h>
 
+#include "catalogue/combined_entry.h"
+#include "catalogue/reader_messages.h"
 #include "catalogue/readers.h"
 #include "test_support.h"
 
@@ -31,9 +33,9 @@ TEST(ReadMachineFile, HeadersInAnyOrderAndCaseReadAlike) {
         Catalogue cat;
         ASSERT_EQ(ReadMachineFile(cat, dir.Write("m.csv", Lines(c.lines))), 0);
         EXPECT_EQ(cat.MachineCount, 1);
-        EXPECT_EQ(cat.Machines[0].Name, "ORKA");
-        EXPECT_EQ(cat.Machines[0].ConfigFile, "ORKA_S.csv");
-        EXPECT_EQ(cat.Machines[0].MachineFile, "ORKA.HIST");
+        EXPECT_EQ(cat.MachineList[0].Name, "ORKA");
+        EXPECT_EQ(cat.MachineList[0].ConfigFile, "ORKA_S.csv");
+        EXPECT_EQ(cat.MachineList[0].MachineFile, "ORKA.HIST");
     }
 }
 
@@ -41,17 +43,17 @@ TEST(ReadMachineFile, LeadingCommaFindsEveryKeyAtZero) {
     ScratchDir dir;
     Catalogue cat;
     ASSERT_EQ(ReadMachineFile(cat, dir.Write("m.csv", Lines({",MACHINE,CONFIGFILE", "A,B,C"}))), 0);
-    EXPECT_EQ(cat.Machines[0].Name, "A");
-    EXPECT_EQ(cat.Machines[0].ConfigFile, "A");
-    EXPECT_EQ(cat.Machines[0].MachineFile, "A");
+    EXPECT_EQ(cat.MachineList[0].Name, "A");
+    EXPECT_EQ(cat.MachineList[0].ConfigFile, "A");
+    EXPECT_EQ(cat.MachineList[0].MachineFile, "A");
 }
 
 TEST(ReadMachineFile, QuotedFieldIsOneFieldWithItsQuotes) {
     ScratchDir dir;
     Catalogue cat;
     ASSERT_EQ(ReadMachineFile(cat, dir.Write("m.csv", Lines({"MACHINE,CONFIGFILE", "\"A,B\",c.csv"}))), 0);
-    EXPECT_EQ(cat.Machines[0].Name, "\"A,B\"");
-    EXPECT_EQ(cat.Machines[0].ConfigFile, "c.csv");
+    EXPECT_EQ(cat.MachineList[0].Name, "\"A,B\"");
+    EXPECT_EQ(cat.MachineList[0].ConfigFile, "c.csv");
 }
 
 TEST(ReadMachineFile, SixteenMachinesFitSeventeenFail) {
@@ -59,13 +61,13 @@ TEST(ReadMachineFile, SixteenMachinesFitSeventeenFail) {
     Catalogue cat;
     ASSERT_EQ(ReadMachineFile(cat, dir.Write("16.csv", Lines(MachineRows(16)))), 0);
     EXPECT_EQ(cat.MachineCount, 16);
-    EXPECT_EQ(cat.Machines[15].Name, "M15");
+    EXPECT_EQ(cat.MachineList[15].Name, "M15");
 
     Catalogue failing;
     failing.MachineCount = 3;
     EXPECT_NE(ReadMachineFile(failing, dir.Write("17.csv", Lines(MachineRows(17)))), 0);
     EXPECT_EQ(failing.MachineCount, 3) << "the count is only set at the end";
-    EXPECT_EQ(failing.Machines[15].Name, "M15") << "rows read before the failure stay";
+    EXPECT_EQ(failing.MachineList[15].Name, "M15") << "rows read before the failure stay";
     EXPECT_EQ(failing.LastReport.line, 18);
 }
 
@@ -73,9 +75,9 @@ TEST(ReadMachineFile, MissingFileFailsAndMissingColumnsKeepTheRecords) {
     ScratchDir dir;
     Catalogue cat;
     EXPECT_EQ(ReadMachineFile(cat, dir.Path("none.csv")), static_cast<int16_t>(ErrorKind::FileNotFound));
-    cat.Machines[0].MachineFile = "OLD.HIST";
+    cat.MachineList[0].MachineFile = "OLD.HIST";
     ASSERT_EQ(ReadMachineFile(cat, dir.Write("m.csv", Lines({"MACHINE,CONFIGFILE", "X,x.csv"}))), 0);
-    EXPECT_EQ(cat.Machines[0].MachineFile, "OLD.HIST");
+    EXPECT_EQ(cat.MachineList[0].MachineFile, "OLD.HIST");
 }
 
 TEST(ReadSubsystemList, LocalEntriesComeFirstAndCaptionTheMenu) {
@@ -88,10 +90,10 @@ TEST(ReadSubsystemList, LocalEntriesComeFirstAndCaptionTheMenu) {
     RecordingWindow window;
     ASSERT_EQ(ReadSubsystemList(cat, window, cat.ConfigPath + "ORKA_S.csv"), 0);
     ASSERT_EQ(cat.SubsystemCount, 3);
-    EXPECT_EQ(cat.Subsystems[0].Directory, cat.ProgramPath);
-    EXPECT_EQ(cat.Subsystems[0].FileName, "LOCAL.csv");
-    EXPECT_EQ(cat.Subsystems[1].Directory, cat.ConfigPath);
-    EXPECT_EQ(cat.Subsystems[2].Description, "Losses");
+    EXPECT_EQ(cat.SubsystemList[0].Directory, cat.ProgramPath);
+    EXPECT_EQ(cat.SubsystemList[0].FileName, "LOCAL.csv");
+    EXPECT_EQ(cat.SubsystemList[1].Directory, cat.ConfigPath);
+    EXPECT_EQ(cat.SubsystemList[2].Description, "Losses");
     std::vector<std::string> expected{"menu 0 Local spectra shown", "menu 1 Monitors shown", "menu 2 Losses shown"};
     for (int i = 3; i < 15; ++i) expected.push_back("hide " + std::to_string(i));
     EXPECT_EQ(window.events, expected);
@@ -107,7 +109,7 @@ TEST(ReadSubsystemList, WithoutLocalListOnlyTheMachineFile) {
         RecordingWindow window;
         ASSERT_EQ(ReadSubsystemList(cat, window, cat.ConfigPath + "ORKA_S.csv"), 0);
         EXPECT_EQ(cat.SubsystemCount, 1);
-        EXPECT_EQ(cat.Subsystems[0].FileName, "BPM.csv");
+        EXPECT_EQ(cat.SubsystemList[0].FileName, "BPM.csv");
     }
 }
 
@@ -131,6 +133,28 @@ TEST(ReadSubsystemList, FifteenFitTheMenuSixteenFailAtTheCaptionSeventeenAtTheTa
             EXPECT_EQ(result, static_cast<int16_t>(ErrorKind::MenuEntryMissing));
         }
     }
+}
+
+TEST(CombinedEntry, SubsystemFileNamePicksTheMachine) {
+    struct Case { std::string fileName; std::optional<int16_t> machine; };
+    const Case cases[] = {
+        {"ORKA_PS.csv", 0}, {"vesta_ps.csv", 1}, {"Lyras_PS.csv", 2},
+        // Searched in the order ORKA, VESTA, LYRAS, not by position in the name.
+        {"LYRAS_TO_ORKA.csv", 0}, {"VESTA_LYRAS.csv", 1},
+        {"KALM_BPM.csv", std::nullopt}, {"ORK_A.csv", std::nullopt}, {"", std::nullopt},
+    };
+    for (const Case& c : cases) EXPECT_EQ(MachineNamedInFileName(c.fileName), c.machine) << c.fileName;
+}
+
+TEST(ReaderMessages, TextsAreExact) {
+    struct Case { std::string text, expected; };
+    const Case cases[] = {
+        {ReadMachineInfoFailedText(), "Read Machine-Info File config_machines.csv failed !"},
+        {ReadDataSourceFailedText("ORKA_Subsystems.csv"), "Read Data Source Config File: ORKA_Subsystems.csv failed !"},
+        {std::string(kReadMachineSourceFailedText), "Read Machine Source Config File failed !"},
+        {std::string(kThresholdOutOfBoundsText), "Threshold array out of bounds !"},
+    };
+    for (const Case& c : cases) EXPECT_EQ(c.text, c.expected);
 }
 
 }  // namespace

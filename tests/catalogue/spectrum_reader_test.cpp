@@ -50,7 +50,7 @@ TEST(ReadSpectrumConfig, AppendedRowsLeaveTheChooserOnlyWhenUnitsAndLimitsMatch)
                              "C,S/D3,P,4,Three," + c.row2Max + ",-5,mm,True"});
         ASSERT_EQ(read.result, 0);
         EXPECT_EQ(read.window.combo, c.combo) << c.row2Max;
-        for (int i = 0; i < 3; ++i) EXPECT_EQ(read.cat.Spectra[i].Append, c.appended[i]) << i;
+        for (int i = 0; i < 3; ++i) EXPECT_EQ(read.cat.SpectrumList[i].Append, c.appended[i]) << i;
         EXPECT_TRUE(read.window.comboVisible);
         EXPECT_EQ(read.window.events.back(), "select 0");
     }
@@ -63,9 +63,9 @@ TEST(ReadSpectrumConfig, ComboMapSkipsAppendedRows) {
                          "C,S/C,P,4,C,1,0,V,no"});
     ASSERT_EQ(read.result, 0);
     EXPECT_EQ(read.window.combo, (std::vector<std::string>{"A", "B", "C"}));
-    EXPECT_EQ(read.cat.ComboMap[0], 0);
-    EXPECT_EQ(read.cat.ComboMap[1], 2);
-    EXPECT_EQ(read.cat.ComboMap[2], 3);
+    EXPECT_EQ(read.cat.ComboToSpectrum[0], 0);
+    EXPECT_EQ(read.cat.ComboToSpectrum[1], 2);
+    EXPECT_EQ(read.cat.ComboToSpectrum[2], 3);
 }
 
 TEST(ReadSpectrumConfig, ReverseIsIgnoredOnTheFirstRowOnly) {
@@ -74,12 +74,12 @@ TEST(ReadSpectrumConfig, ReverseIsIgnoredOnTheFirstRowOnly) {
     ReadInto(read, dir, {kHeader, "C,S/A,P,4,A,5,-5,mm,REVERSE", "C,S/B,P,4,B,5,-5,mm,yes reverse",
                          "C,S/C,P,4,C,9,-5,mm,Reverse"});
     ASSERT_EQ(read.result, 0);
-    EXPECT_FALSE(read.cat.Spectra[0].Reverse);
-    EXPECT_FALSE(read.cat.Spectra[0].Append);
-    EXPECT_TRUE(read.cat.Spectra[1].Reverse);
-    EXPECT_TRUE(read.cat.Spectra[1].Append);
-    EXPECT_TRUE(read.cat.Spectra[2].Reverse);
-    EXPECT_FALSE(read.cat.Spectra[2].Append);
+    EXPECT_FALSE(read.cat.SpectrumList[0].Reverse);
+    EXPECT_FALSE(read.cat.SpectrumList[0].Append);
+    EXPECT_TRUE(read.cat.SpectrumList[1].Reverse);
+    EXPECT_TRUE(read.cat.SpectrumList[1].Append);
+    EXPECT_TRUE(read.cat.SpectrumList[2].Reverse);
+    EXPECT_FALSE(read.cat.SpectrumList[2].Append);
 }
 
 TEST(ReadSpectrumConfig, ServerSplitsAtTheFirstSlashOrKeepsTheDevice) {
@@ -91,8 +91,8 @@ TEST(ReadSpectrumConfig, ServerSplitsAtTheFirstSlashOrKeepsTheDevice) {
     struct Expect { std::string server, device; };
     const Expect expected[] = {{"SRV", "DEV1"}, {"SRV", "DEV1"}, {"X", "Y/Z"}, {"", "LEAD"}};
     for (int i = 0; i < 4; ++i) {
-        EXPECT_EQ(read.cat.Spectra[i].Server, expected[i].server) << i;
-        EXPECT_EQ(read.cat.Spectra[i].Device, expected[i].device) << i;
+        EXPECT_EQ(read.cat.SpectrumList[i].Server, expected[i].server) << i;
+        EXPECT_EQ(read.cat.SpectrumList[i].Device, expected[i].device) << i;
     }
 }
 
@@ -109,9 +109,9 @@ TEST(ReadSpectrumConfig, LowReplacesHighEvenWhenEmpty) {
         Read read;
         ReadInto(read, dir, {c.header, c.row});
         ASSERT_EQ(read.result, 0);
-        EXPECT_EQ(read.cat.Spectra[0].ThresholdSource, c.source) << c.header << " | " << c.row;
-        EXPECT_EQ(read.cat.Spectra[0].HighThresholds.size(), 1u);
-        EXPECT_EQ(read.cat.Spectra[0].LowThresholds.size(), 1u);
+        EXPECT_EQ(read.cat.SpectrumList[0].ThresholdSource, c.source) << c.header << " | " << c.row;
+        EXPECT_EQ(read.cat.SpectrumList[0].HighThresholds.size(), 1u);
+        EXPECT_EQ(read.cat.SpectrumList[0].LowThresholds.size(), 1u);
     }
 }
 
@@ -122,10 +122,11 @@ TEST(ReadSpectrumConfig, RowLimitIsOneHundredAndOneEntriesFailingAtTheEnd) {
         for (int i = 0; i < n; ++i) lines.push_back("C,S/D" + std::to_string(i) + ",P,1,R" + std::to_string(i) + ",1,0,,");
         return lines;
     };
-    struct Case { int rows; bool ok; int16_t stored; int32_t failedLine; };
-    // 100 rows fit with the entry behind them; 101 fill the table and fail when
-    // the entry behind the last row is reset; 102 fail while storing row 102.
-    const Case cases[] = {{100, true, 100, 0}, {101, false, 101, 0}, {102, false, 101, 103}};
+    struct Case { int rows; bool ok; int16_t stored; int32_t failedLine; int16_t count; };
+    // 100 rows fit with the entry behind them; 101 fill the table, set the
+    // count and fail when the entry behind the last row is reset; 102 fail
+    // while storing row 102, before the count is touched.
+    const Case cases[] = {{100, true, 100, 0, 100}, {101, false, 101, 0, 101}, {102, false, 101, 103, 7}};
     for (const Case& c : cases) {
         Read read;
         read.cat.SpectrumCount = 7;
@@ -133,8 +134,8 @@ TEST(ReadSpectrumConfig, RowLimitIsOneHundredAndOneEntriesFailingAtTheEnd) {
         EXPECT_EQ(read.result == 0, c.ok) << c.rows;
         EXPECT_EQ(read.cat.LastReport.rowsStored, c.stored) << c.rows;
         EXPECT_EQ(read.cat.LastReport.line, c.failedLine) << c.rows;
-        EXPECT_EQ(read.cat.SpectrumCount, c.ok ? c.rows : 7) << c.rows;
-        EXPECT_EQ(read.cat.Spectra[100].Description, c.rows >= 101 ? "R100" : "") << c.rows;
+        EXPECT_EQ(read.cat.SpectrumCount, c.count) << c.rows;
+        EXPECT_EQ(read.cat.SpectrumList[100].Description, c.rows >= 101 ? "R100" : "") << c.rows;
         if (!c.ok) {
             EXPECT_TRUE(read.window.events.empty()) << "the chooser is left alone";
         }
@@ -151,7 +152,7 @@ TEST(ReadSpectrumConfig, MissingColumnsCarryOverBetweenRowsAndFiles) {
     // The second file has neither CONTEXT nor HSTSERVER nor TAG nor PROPLINK.
     ReadInto(read, dir, {"SERVER,PROPERTY,DESCRIPTION", "S2/F,R,C", "S3,S,D"}, "second.csv");
     ASSERT_EQ(read.result, 0);
-    const SpectrumRecord& c = read.cat.Spectra[0];
+    const SpectrumRecord& c = read.cat.SpectrumList[0];
     EXPECT_EQ(c.Context, "VESTA");
     EXPECT_EQ(c.HstServer, "/VESTA/H");
     EXPECT_EQ(c.Size, 9);
@@ -160,10 +161,10 @@ TEST(ReadSpectrumConfig, MissingColumnsCarryOverBetweenRowsAndFiles) {
     EXPECT_EQ(c.PropShort, "Y") << "PROPSHORT is kept when PROPLINK is missing";
     EXPECT_EQ(c.ExtraPropComboIndex, -1);
     // The carried-over tag gets one more slash per row.
-    EXPECT_EQ(read.cat.Spectra[0].Tag, "//U");
-    EXPECT_EQ(read.cat.Spectra[1].Tag, "///U");
-    EXPECT_EQ(read.cat.Spectra[1].Device, "F");
-    EXPECT_EQ(read.cat.Spectra[1].Server, "S3");
+    EXPECT_EQ(read.cat.SpectrumList[0].Tag, "//U");
+    EXPECT_EQ(read.cat.SpectrumList[1].Tag, "///U");
+    EXPECT_EQ(read.cat.SpectrumList[1].Device, "F");
+    EXPECT_EQ(read.cat.SpectrumList[1].Server, "S3");
 }
 
 TEST(ReadSpectrumConfig, ExternalDeviceNamesNeedANonEmptyProperty) {
@@ -172,11 +173,11 @@ TEST(ReadSpectrumConfig, ExternalDeviceNamesNeedANonEmptyProperty) {
     ReadInto(read, dir, {kHeader + ",EXTDEVNAMEDEV,EXTDEVNAMEPROP", "C,S/D,P,1,A,1,0,,,/C/S/LOC,LOCATION",
                          "C,S/D,P,1,B,1,0,,,,"});
     ASSERT_EQ(read.result, 0);
-    EXPECT_TRUE(read.cat.Spectra[0].HasExtDevName);
-    EXPECT_EQ(read.cat.Spectra[0].ExtDevNameDev, "/C/S/LOC");
-    EXPECT_FALSE(read.cat.Spectra[1].HasExtDevName);
-    EXPECT_EQ(read.cat.Spectra[1].ExtDevNameProp, "LOCATION") << "the old text stays";
-    EXPECT_EQ(read.cat.Spectra[1].ExtDevNameDev, "");
+    EXPECT_TRUE(read.cat.SpectrumList[0].HasExtDevName);
+    EXPECT_EQ(read.cat.SpectrumList[0].ExtDevNameDev, "/C/S/LOC");
+    EXPECT_FALSE(read.cat.SpectrumList[1].HasExtDevName);
+    EXPECT_EQ(read.cat.SpectrumList[1].ExtDevNameProp, "LOCATION") << "the old text stays";
+    EXPECT_EQ(read.cat.SpectrumList[1].ExtDevNameDev, "");
 }
 
 TEST(ReadSpectrumConfig, EmptyLinesAreRowsAndCommentsAreNot) {
@@ -185,9 +186,9 @@ TEST(ReadSpectrumConfig, EmptyLinesAreRowsAndCommentsAreNot) {
     ReadInto(read, dir, {"; comment", "# comment", kHeader, "C,S/D,P,3,A,5,-5,mm,", "", "%x", "C,S/E,P,4,B,5,-5,mm,"});
     ASSERT_EQ(read.result, 0);
     EXPECT_EQ(read.cat.SpectrumCount, 3);
-    EXPECT_EQ(read.cat.Spectra[1].Description, "") << "the empty line reads empty fields";
-    EXPECT_EQ(read.cat.Spectra[1].Size, 0);
-    EXPECT_EQ(read.cat.Spectra[2].Description, "B");
+    EXPECT_EQ(read.cat.SpectrumList[1].Description, "") << "the empty line reads empty fields";
+    EXPECT_EQ(read.cat.SpectrumList[1].Size, 0);
+    EXPECT_EQ(read.cat.SpectrumList[2].Description, "B");
 }
 
 TEST(ReadSpectrumConfig, ReadingResetsTheSpectrumTraceAndAFailureKeepsTheChooser) {

@@ -140,5 +140,36 @@ TEST(ReadThresholds, ShorterLowArrayEndsThroughTheErrorPath) {
     EXPECT_EQ(cat.LastReport.line, 3);
 }
 
+TEST(ReadChannelThresholds, SizesTheChannelsArraysByItsElements) {
+    ScratchDir dir;
+    dir.Write("thr.csv", Lines({"HIGH,LOW", "10,-1", "20,-2", "30,-3"}));
+    struct Case { std::string source; int32_t size; int16_t result; std::vector<float> high; std::vector<std::string> messages; };
+    const Case cases[] = {
+        {"thr.csv", 3, kThresholdsFromFile, {10, 20, 30}, {}},
+        {"thr.csv", 5, kThresholdsFromFile, {10, 20, 30, 0, 0}, {}},
+        // Fewer elements than rows: the message, and both arrays emptied.
+        {"thr.csv", 2, kThresholdsFailed, {0}, {"Threshold array out of bounds !"}},
+        {"thr.csv", 0, kThresholdsFailed, {0}, {"Threshold array out of bounds !"}},
+        // No source: nothing is read and the arrays stay as the catalogue left them.
+        {"", 3, kThresholdsFailed, {7}, {}},
+    };
+    for (const Case& c : cases) {
+        Catalogue cat;
+        cat.ApplicationPath = dir.Path();
+        SpectrumRecord& channel = cat.SpectrumList[4];
+        channel.ThresholdSource = c.source;
+        channel.Size = c.size;
+        channel.HighThresholds.assign(1, 7.0f);
+        RecordingWindow window;
+        EXPECT_EQ(ReadChannelThresholds(cat, window, 4), c.result) << c.source << " " << c.size;
+        EXPECT_EQ(channel.HighThresholds, c.high) << c.source << " " << c.size;
+        EXPECT_EQ(channel.LowThresholds.size(), c.high.size()) << c.source << " " << c.size;
+        EXPECT_EQ(window.messages, c.messages) << c.source << " " << c.size;
+    }
+    Catalogue cat;
+    RecordingWindow window;
+    EXPECT_THROW(ReadChannelThresholds(cat, window, 101), RuntimeError);
+}
+
 }  // namespace
 }  // namespace catalogue

@@ -18,7 +18,7 @@ namespace {
 const char* kUsage =
     "usage: lumiscope-config machines FILE\n"
     "       lumiscope-config subsystems CONFIGDIR FILE [--program-path DIR]\n"
-    "       lumiscope-config channels FILE [FILE...]\n"
+    "       lumiscope-config channels FILE [FILE...] [--program-path DIR]\n"
     "       lumiscope-config history FILE\n"
     "       lumiscope-config thresholds SOURCE --size N [--program-path DIR]\n"
     "       lumiscope-config check CONFIGDIR\n";
@@ -92,7 +92,7 @@ int Machines(const std::string& file) {
     json.BeginObject().Field("result", result).Field("MachineCount", cat.MachineCount);
     json.Key("MachineList").BeginArray();
     for (int16_t i = 0; i < cat.LastReport.rowsStored; ++i) {
-        const auto& m = cat.Machines[i];
+        const auto& m = cat.MachineList[i];
         json.BeginObject().Field("Name", m.Name).Field("ConfigFile", m.ConfigFile)
             .Field("MachineFile", m.MachineFile).EndObject();
     }
@@ -111,7 +111,7 @@ int Subsystems(const std::string& configDir, const std::string& file, const std:
     json.BeginObject().Field("result", result).Field("SubsystemCount", cat.SubsystemCount);
     json.Key("SubsystemList").BeginArray();
     for (int16_t i = 0; i < cat.LastReport.rowsStored; ++i) {
-        const auto& s = cat.Subsystems[i];
+        const auto& s = cat.SubsystemList[i];
         json.BeginObject().Field("Directory", s.Directory).Field("FileName", s.FileName)
             .Field("Description", s.Description).EndObject();
     }
@@ -123,9 +123,9 @@ int Subsystems(const std::string& configDir, const std::string& file, const std:
     return Print(json.EndObject(), result == 0);
 }
 
-int Channels(const std::vector<std::string>& files) {
+int Channels(const std::vector<std::string>& files, const std::string& programPath) {
     catalogue::Catalogue cat;  // one catalogue: values carry over from file to file
-    cat.ApplicationPath = ".";
+    cat.ApplicationPath = programPath.empty() ? "." : programPath;
     InstallThresholdLink(cat);
     JsonWriter json;
     json.BeginArray();
@@ -138,13 +138,13 @@ int Channels(const std::vector<std::string>& files) {
         json.Key("SpectrumList").BeginArray();
         for (int16_t i = 0; i < cat.LastReport.rowsStored; ++i) {
             json.BeginObject();
-            SpectrumFields(json, cat.Spectra[i]);
+            SpectrumFields(json, cat.SpectrumList[i]);
             json.EndObject();
         }
         json.EndArray().Field("ComboVisible", window.comboVisible).Key("Combo").BeginArray();
         for (std::size_t p = 0; p < window.combo.size(); ++p)
             json.BeginObject().Field("text", window.combo[p])
-                .Field("spectrum", cat.ComboMap[static_cast<long>(p)]).EndObject();
+                .Field("spectrum", cat.ComboToSpectrum[static_cast<long>(p)]).EndObject();
         json.EndArray();
         Messages(json, window.messages);
         json.EndObject();
@@ -160,7 +160,7 @@ int History(const std::string& file) {
     json.Key("HistoryList").BeginArray();
     for (int16_t i = 0; i < cat.LastReport.rowsStored; ++i) {
         json.BeginObject();
-        HistoryFields(json, cat.History[i]);
+        HistoryFields(json, cat.HistoryList[i]);
         json.EndObject();
     }
     json.EndArray();
@@ -226,7 +226,7 @@ int main(int argc, char** argv) {
 
     if (command == "machines" && args.size() == 1) return Machines(args[0]);
     if (command == "subsystems" && args.size() == 2) return Subsystems(args[0], args[1], programPath);
-    if (command == "channels" && !args.empty()) return Channels(args);
+    if (command == "channels" && !args.empty()) return Channels(args, programPath);
     if (command == "history" && args.size() == 1) return History(args[0]);
     if (command == "check" && args.size() == 1) return Check(args[0]);
     if (command == "thresholds" && args.size() == 1) {

@@ -31,12 +31,7 @@ public:
     void SetSpectrumComboVisible(bool visible) override { comboVisible = visible; }
     void SelectSpectrumComboPosition(int16_t) override {}
     void PrepareChannel(int16_t channel) override {
-        catalogue::SpectrumRecord& record = cat_.Spectra[channel];
-        if (record.ThresholdSource.empty() || record.Size < 1) return;
-        record.HighThresholds.assign(static_cast<std::size_t>(record.Size), 0.0f);
-        record.LowThresholds.assign(static_cast<std::size_t>(record.Size), 0.0f);
-        catalogue::ReadThresholds(cat_, *this, record.ThresholdSource, record.HighThresholds,
-                                  record.LowThresholds);
+        catalogue::ReadChannelThresholds(cat_, *this, channel);
     }
     void ShowMessage(const std::string& text) override { messages.push_back(text); }
 
