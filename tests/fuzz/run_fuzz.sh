@@ -8,7 +8,7 @@ rm -rf "$corpus"
 mkdir -p "$corpus"
 n=0
 for file in "$configs"/*; do
-  for reader in 0 1 2 3 4 5; do
+  for reader in 0 1 2 3 4 5 6; do
     { printf "\\x$(printf %02x $reader)"; cat "$file"; } > "$corpus/seed-$n-$reader"
   done
   n=$((n + 1))

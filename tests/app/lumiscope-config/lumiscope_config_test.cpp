@@ -124,6 +124,23 @@ TEST(LumiscopeConfig, ThresholdsFromFilesLinksAndTheirMessages) {
     EXPECT_EQ(ok["LowThresholds"].toArray()[0].toDouble(), -1.0);
 }
 
+TEST(LumiscopeConfig, OneChannelFilePreparesItsThresholdsAndReportsTheMessage) {
+    ScratchDir dir;
+    dir.Write("prog/thr.csv", Lines({"HIGH", "1", "2", "3"}));
+    struct Case { std::string size; std::vector<std::string> messages; };
+    const Case cases[] = {{"3", {}}, {"2", {"Threshold array out of bounds !"}}};
+    for (const Case& c : cases) {
+        const std::string file = dir.Write("one.csv", Lines({"CONTEXT,SERVER,PROPERTY,SIZE,DESCRIPTION,HIGH",
+                                                               "ORKA,BLMSRV/L,LOSS," + c.size + ",Losses,thr.csv"}));
+        const ToolRun run = Tool({"channels", file, "--program-path", dir.Path("prog")});
+        EXPECT_EQ(run.exitCode, 0) << "a threshold problem does not fail the reader";
+        const QJsonArray messages = run.Json().array()[0].toObject()["messages"].toArray();
+        std::vector<std::string> texts;
+        for (const auto& message : messages) texts.push_back(message.toString().toStdString());
+        EXPECT_EQ(texts, c.messages) << c.size;
+    }
+}
+
 TEST(LumiscopeConfig, GarbageStaysValidJson) {
     ScratchDir dir;
     std::string garbage = "CONTEXT,DESCRIPTION\r\n";
