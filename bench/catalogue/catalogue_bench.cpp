@@ -6,9 +6,11 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <string>
 
 #include "catalogue/config_check.h"
+#include "catalogue/files.h"
 #include "catalogue/readers.h"
 #include "figure_reporter.h"
 
@@ -66,17 +68,20 @@ BENCHMARK(ConfigDirCheck)->Name("figure:config-dir-check")->Unit(benchmark::kMic
 
 // The largest data-source file: 101 data rows, all stored (the reader then
 // fails on the entry behind the last row, as it must).
-void SpectrumFile101Rows(benchmark::State& state) {
+std::filesystem::path WriteFile101Rows() {
     const auto path = std::filesystem::temp_directory_path() / "lumiscope-bench-101.csv";
-    {
-        std::ofstream out(path, std::ios::binary);
-        out << "CONTEXT,SERVER,PROPERTY,SIZE,HSTSERVER,HSTPROPERTY,ARCSERVER,ARCPROPERTY,DESCRIPTION,MAX,MIN,EGU,"
-               "APPEND,HIGH,TAG,PROPLINK,PROPSHORT,EXTDEVNAMEDEV,EXTDEVNAMEPROP,EXTRAPROPCOMBOINDEX\r\n";
-        for (int i = 0; i < 101; ++i)
-            out << "ORKA,BPMSRV/ORBIT.Q" << i << ",ORBIT.X,32,/ORKA/BPMHIST,ORBIT.X.HIST,/ORKA/OKHISTORY,ORBIT.X,"
-                << "Orbit part " << i << ",5,-5,mm," << (i % 4 ? "YES" : "") << ",,Q" << i << "," << (i % 4 ? 0 : 1)
-                << ",X,,,-1\r\n";
-    }
+    std::ofstream out(path, std::ios::binary);
+    out << "CONTEXT,SERVER,PROPERTY,SIZE,HSTSERVER,HSTPROPERTY,ARCSERVER,ARCPROPERTY,DESCRIPTION,MAX,MIN,EGU,"
+           "APPEND,HIGH,TAG,PROPLINK,PROPSHORT,EXTDEVNAMEDEV,EXTDEVNAMEPROP,EXTRAPROPCOMBOINDEX\r\n";
+    for (int i = 0; i < 101; ++i)
+        out << "ORKA,BPMSRV/ORBIT.Q" << i << ",ORBIT.X,32,/ORKA/BPMHIST,ORBIT.X.HIST,/ORKA/OKHISTORY,ORBIT.X,"
+            << "Orbit part " << i << ",5,-5,mm," << (i % 4 ? "YES" : "") << ",,Q" << i << "," << (i % 4 ? 0 : 1)
+            << ",X,,,-1\r\n";
+    return path;
+}
+
+void SpectrumFile101Rows(benchmark::State& state) {
+    const auto path = WriteFile101Rows();
     catalogue::Catalogue cat;
     catalogue::QuietWindow window;
     for (auto _ : state) {
@@ -87,6 +92,45 @@ void SpectrumFile101Rows(benchmark::State& state) {
 }
 BENCHMARK(SpectrumFile101Rows)->Name("figure:spectrum-file-101-rows")->Unit(benchmark::kMicrosecond);
 
+// The reference for the reader: the same file only read and split into lines.
+void SpectrumFile101RowsRawLines(benchmark::State& state) {
+    const auto path = WriteFile101Rows();
+    for (auto _ : state) benchmark::DoNotOptimize(catalogue::ReadTextLines(path.string()));
+    std::filesystem::remove(path);
+}
+BENCHMARK(SpectrumFile101RowsRawLines)->Name("spectrum-file-101-rows-raw-lines")->Unit(benchmark::kMicrosecond);
+
+// Adds "ratio spectrum-file-101-rows-vs-raw-lines R": how much the reader's
+// column lookup, field parsing and records cost over reading the bytes.
+class CatalogueReporter : public lumiscope_bench::FigureReporter {
+public:
+    void ReportRuns(const std::vector<Run>& runs) override {
+        FigureReporter::ReportRuns(runs);
+        for (const Run& run : runs) {
+            if (run.run_type == Run::RT_Aggregate && run.aggregate_name != "median") continue;
+            times_[run.run_name.function_name] = run.GetAdjustedRealTime();
+        }
+    }
+    void Finalize() override {
+        FigureReporter::Finalize();
+        const auto reader = times_.find("figure:spectrum-file-101-rows");
+        const auto raw = times_.find("spectrum-file-101-rows-raw-lines");
+        if (reader != times_.end() && raw != times_.end() && raw->second > 0)
+            std::printf("ratio spectrum-file-101-rows-vs-raw-lines %.2f\n", reader->second / raw->second);
+        std::fflush(stdout);
+    }
+
+private:
+    std::map<std::string, double> times_;
+};
+
 }  // namespace
 
-LUMISCOPE_BENCH_MAIN()
+int main(int argc, char** argv) {
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
+    CatalogueReporter reporter;
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    benchmark::Shutdown();
+    return 0;
+}

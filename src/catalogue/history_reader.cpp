@@ -11,9 +11,7 @@ int16_t ReadHistoryFile(Catalogue& cat, std::string_view path) {
         int context = -1, server = -1, property = -1, hstServer = -1, hstProperty = -1,
             arcServer = -1, arcProperty = -1, description = -1, max = -1, min = -1, egu = -1,
             shortName = -1;
-        auto field = [](const std::string& line, int column) {
-            return column >= 0 ? GetField(line, column) : std::string();
-        };
+        auto field = [](const RowFields& line, int column) { return column >= 0 ? line.Get(column) : std::string(); };
         int16_t n = 0;
         detail::WalkTable(
             lines, detail::SkipRule::SemicolonPercent, report,
@@ -31,7 +29,8 @@ int16_t ReadHistoryFile(Catalogue& cat, std::string_view path) {
                 egu = FindColumn(header, "EGU");
                 shortName = FindColumn(header, "SHORTNAME");
             },
-            [&](const std::string& line) {
+            [&](const std::string& text) {
+                const RowFields line(text);
                 SpectrumRecord& entry = cat.HistoryList[n];
                 entry.Context = field(line, context);
                 entry.Server = field(line, server);
@@ -43,10 +42,10 @@ int16_t ReadHistoryFile(Catalogue& cat, std::string_view path) {
                 entry.Description = field(line, description);
                 entry.ShortName = field(line, shortName);
                 // Whatever column comes first; overwritten with 1 below.
-                entry.Size = RoundToInt32(NumericValue(GetField(line, 0)));
-                if (max >= 0) entry.Max = ToSingle(NumericValue(GetField(line, max)));
-                if (min >= 0) entry.Min = ToSingle(NumericValue(GetField(line, min)));
-                if (egu >= 0) entry.Egu = GetField(line, egu);
+                entry.Size = RoundToInt32(NumericValue(line.Get(0)));
+                if (max >= 0) entry.Max = ToSingle(NumericValue(line.Get(max)));
+                if (min >= 0) entry.Min = ToSingle(NumericValue(line.Get(min)));
+                if (egu >= 0) entry.Egu = line.Get(egu);
                 n = CheckedAdd16(n, 1);
                 report.rowsStored = n;
                 return n < kHistoryRowsRead;

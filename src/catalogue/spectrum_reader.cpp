@@ -40,13 +40,13 @@ struct SpectrumColumns {
 
 // Reads one data row into the record, column by column; a missing column
 // leaves the record's field as it was.
-void ReadSpectrumRow(const SpectrumColumns& c, const std::string& line, SpectrumRecord& r) {
+void ReadSpectrumRow(const SpectrumColumns& c, const RowFields& line, SpectrumRecord& r) {
     auto set = [&](int column, std::string& target) {
-        if (column >= 0) target = GetField(line, column);
+        if (column >= 0) target = line.Get(column);
     };
     set(c.context, r.Context);
     if (c.server >= 0) {
-        const std::string server = GetField(line, c.server);
+        const std::string server = line.Get(c.server);
         const std::size_t slash = server.find('/');
         if (slash == std::string::npos) {
             r.Server = server;  // the device of the row before stays
@@ -56,23 +56,23 @@ void ReadSpectrumRow(const SpectrumColumns& c, const std::string& line, Spectrum
         }
     }
     set(c.property, r.Property);
-    if (c.size >= 0) r.Size = RoundToInt32(NumericValue(GetField(line, c.size)));
+    if (c.size >= 0) r.Size = RoundToInt32(NumericValue(line.Get(c.size)));
     set(c.hstServer, r.HstServer);
     set(c.hstProperty, r.HstProperty);
     set(c.arcServer, r.ArcServer);
     set(c.arcProperty, r.ArcProperty);
     set(c.description, r.Description);
-    if (c.max >= 0) r.Max = ToSingle(NumericValue(GetField(line, c.max)));
-    if (c.min >= 0) r.Min = ToSingle(NumericValue(GetField(line, c.min)));
+    if (c.max >= 0) r.Max = ToSingle(NumericValue(line.Get(c.max)));
+    if (c.min >= 0) r.Min = ToSingle(NumericValue(line.Get(c.min)));
     set(c.egu, r.Egu);
     set(c.tag, r.Tag);
     if (c.propLink >= 0) {
-        r.PropLink = RoundToInt16(NumericValue(GetField(line, c.propLink)));
+        r.PropLink = RoundToInt16(NumericValue(line.Get(c.propLink)));
         set(c.propShort, r.PropShort);
     } else {
         r.PropLink = -1;
     }
-    const std::string extDevNameProp = c.extDevNameProp >= 0 ? GetField(line, c.extDevNameProp) : "";
+    const std::string extDevNameProp = c.extDevNameProp >= 0 ? line.Get(c.extDevNameProp) : "";
     if (!extDevNameProp.empty()) {
         r.ExtDevNameProp = extDevNameProp;
         r.HasExtDevName = true;
@@ -81,7 +81,7 @@ void ReadSpectrumRow(const SpectrumColumns& c, const std::string& line, Spectrum
     }
     set(c.extDevNameDev, r.ExtDevNameDev);
     r.ExtraPropComboIndex = c.extraPropComboIndex >= 0
-                                ? RoundToInt16(NumericValue(GetField(line, c.extraPropComboIndex)))
+                                ? RoundToInt16(NumericValue(line.Get(c.extraPropComboIndex)))
                                 : int16_t{-1};
     // Every row, a carried-over tag included: a file without a TAG column read
     // after one with tags grows the slash row by row.
@@ -97,9 +97,9 @@ void ReadSpectrumRow(const SpectrumColumns& c, const std::string& line, Spectrum
 
 // The APPEND column of rows after the first: continue the row above (only
 // when units and limits match) and/or reverse the channel order.
-void ApplyAppend(const SpectrumColumns& c, const std::string& line, const SpectrumRecord& above,
+void ApplyAppend(const SpectrumColumns& c, const RowFields& line, const SpectrumRecord& above,
                  SpectrumRecord& r) {
-    const std::string flag = UpperCase(GetField(line, c.append));
+    const std::string flag = UpperCase(line.Get(c.append));
     const bool wantsAppend =
         flag.find("TRUE") != std::string::npos || flag.find("YES") != std::string::npos;
     if (wantsAppend && r.Egu == above.Egu && r.Max == above.Max && r.Min == above.Min)
@@ -141,9 +141,10 @@ int16_t ReadSpectrumConfig(Catalogue& cat, CatalogueWindow& window, std::string_
             lines, detail::SkipRule::Comments, report,
             [&](const std::string& header) { columns.emplace(header); },
             [&](const std::string& line) {
+                const RowFields fields(line);
                 SpectrumRecord& r = cat.NewSpectrum;
-                ReadSpectrumRow(*columns, line, r);
-                if (n >= 1 && columns->append >= 0) ApplyAppend(*columns, line, cat.SpectrumList[n - 1], r);
+                ReadSpectrumRow(*columns, fields, r);
+                if (n >= 1 && columns->append >= 0) ApplyAppend(*columns, fields, cat.SpectrumList[n - 1], r);
                 cat.SpectrumList[n] = r;  // row index 100 is the last that fits
                 n = CheckedAdd16(n, 1);
                 report.rowsStored = n;

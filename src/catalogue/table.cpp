@@ -21,13 +21,21 @@ std::size_t FieldEnd(std::string_view line, std::size_t start) {
     return comma == std::string_view::npos ? line.size() : comma;
 }
 
+std::string_view TrimView(std::string_view text) {
+    std::size_t first = 0;
+    std::size_t last = text.size();
+    while (first < last && IsTrimmed(text[first])) ++first;
+    while (last > first && IsTrimmed(text[last - 1])) --last;
+    return text.substr(first, last - first);
+}
+
 // Calls visit(index, trimmedField) for each field until it returns false.
 template <typename Visit>
 void WalkFields(std::string_view line, Visit visit) {
     std::size_t start = 0;
     for (int index = 0;; ++index) {
         const std::size_t end = FieldEnd(line, start);
-        if (!visit(index, TrimAll(line.substr(start, end - start)))) return;
+        if (!visit(index, TrimView(line.substr(start, end - start)))) return;
         if (end >= line.size()) return;
         start = end + 1;
     }
@@ -35,13 +43,7 @@ void WalkFields(std::string_view line, Visit visit) {
 
 }  // namespace
 
-std::string TrimAll(std::string_view text) {
-    std::size_t first = 0;
-    std::size_t last = text.size();
-    while (first < last && IsTrimmed(text[first])) ++first;
-    while (last > first && IsTrimmed(text[last - 1])) --last;
-    return std::string(text.substr(first, last - first));
-}
+std::string TrimAll(std::string_view text) { return std::string(TrimView(text)); }
 
 std::string UpperCase(std::string_view text) {
     std::string upper(text);
@@ -54,7 +56,7 @@ int FindColumn(std::string_view header, std::string_view key) {
     const std::string upperHeader = UpperCase(header);
     const std::string upperKey = UpperCase(key);
     int found = -1;
-    WalkFields(upperHeader, [&](int index, const std::string& field) {
+    WalkFields(upperHeader, [&](int index, std::string_view field) {
         if (field.empty() || field == upperKey) {
             found = index;
             return false;
@@ -67,12 +69,24 @@ int FindColumn(std::string_view header, std::string_view key) {
 std::string GetField(std::string_view line, int n) {
     if (n < 0) return "";
     std::string result;
-    WalkFields(line, [&](int index, const std::string& field) {
+    WalkFields(line, [&](int index, std::string_view field) {
         if (index < n) return true;
-        result = field;
+        result = std::string(field);
         return false;
     });
     return result;
+}
+
+RowFields::RowFields(std::string_view line) {
+    WalkFields(line, [&](int, std::string_view field) {
+        fields_.push_back(field);
+        return true;
+    });
+}
+
+std::string RowFields::Get(int n) const {
+    if (n < 0 || static_cast<std::size_t>(n) >= fields_.size()) return "";
+    return std::string(fields_[static_cast<std::size_t>(n)]);
 }
 
 bool StartsWithAny(std::string_view line, std::string_view marks) {

@@ -7,6 +7,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace catalogue {
 
@@ -24,6 +25,17 @@ int FindColumn(std::string_view header, std::string_view key);
 // The trimmed text of field n (0-based) of a data line; "" when the line has
 // fewer fields or n is negative.
 std::string GetField(std::string_view line, int n);
+
+// The fields of one data line, split once, for readers that take many
+// fields of each row: Get(n) is GetField(line, n). The line must outlive it.
+class RowFields {
+public:
+    explicit RowFields(std::string_view line);
+    std::string Get(int n) const;
+
+private:
+    std::vector<std::string_view> fields_;
+};
 
 // ASCII upper case (configuration keys and flags are plain ASCII).
 std::string UpperCase(std::string_view text);

@@ -63,6 +63,8 @@ TEST(FindColumn, EmptyHeaderFieldStopsTheSearchAndMatches) {
         EXPECT_EQ(FindColumn(c.header, c.key), c.column) << c.header << " / " << c.key;
 }
 
+// GetField, and RowFields which the readers use to split a row once: both
+// must give the same field for every line.
 TEST(GetField, ReturnsTrimmedFieldOrEmpty) {
     struct Case { std::string line; int n; std::string field; };
     const Case cases[] = {
@@ -82,8 +84,16 @@ TEST(GetField, ReturnsTrimmedFieldOrEmpty) {
         {"a,b\r", 1, "b"},
         {"", 0, ""},
         {"", 1, ""},
+        {",", 1, ""},
+        {"a,\"b\"c,d", 1, "\"b\"c"},
+        {"a,\"b\"c,d", 2, "d"},
+        {std::string("a,\0b\0,c", 7), 1, "b"},
+        {"a,\t\"q, r\" ,z", 1, "\"q"},
     };
-    for (const Case& c : cases) EXPECT_EQ(GetField(c.line, c.n), c.field) << c.line << " #" << c.n;
+    for (const Case& c : cases) {
+        EXPECT_EQ(GetField(c.line, c.n), c.field) << c.line << " #" << c.n;
+        EXPECT_EQ(RowFields(c.line).Get(c.n), c.field) << c.line << " #" << c.n;
+    }
 }
 
 }  // namespace
