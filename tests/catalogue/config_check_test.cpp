@@ -51,15 +51,22 @@ protected:
     }
     ConfigCheckResult Check() { return CheckConfigDirectory(scratch_.Path("configs")); }
 
-    // True when a problem names the file (by its last path part) and the line
-    // and its message contains the text.
-    static bool Has(const ConfigCheckResult& result, const std::string& file, int32_t line,
-                    const std::string& text) {
-        for (const auto& p : result.problems)
-            if (p.file.size() >= file.size() && p.file.compare(p.file.size() - file.size(), file.size(), file) == 0 &&
-                p.line == line && p.message.find(text) != std::string::npos)
-                return true;
-        return false;
+    struct Expect { std::string file; int32_t line; std::string text; };
+
+    // Each expected problem (file by its last path part, line, part of the
+    // message) must be reported, each unexpected one must not.
+    static void ExpectProblems(const ConfigCheckResult& result, const std::vector<Expect>& wanted,
+                               const std::vector<Expect>& unwanted = {}) {
+        auto has = [&](const Expect& e) {
+            for (const auto& p : result.problems)
+                if (p.file.size() >= e.file.size() &&
+                    p.file.compare(p.file.size() - e.file.size(), e.file.size(), e.file) == 0 && p.line == e.line &&
+                    p.message.find(e.text) != std::string::npos)
+                    return true;
+            return false;
+        };
+        for (const Expect& e : wanted) EXPECT_TRUE(has(e)) << e.file << ":" << e.line << " " << e.text << "\n" << Describe(result);
+        for (const Expect& e : unwanted) EXPECT_FALSE(has(e)) << e.file << ":" << e.line << " " << e.text;
     }
 
     ScratchDir scratch_;
@@ -86,10 +93,7 @@ TEST_F(BrokenCopy, FindsEveryProblem) {
     for (int i = 0; i < 11; ++i) history.push_back("P" + std::to_string(i) + ",D,/K/H");
     Write("KALM.HIST", history);
 
-    const auto result = Check();
-    const std::string all = Describe(result);
-    struct Expect { std::string file; int32_t line; std::string text; };
-    const Expect wanted[] = {
+    ExpectProblems(Check(), {
         {"KALM_BPM.csv", 2, "APPEND 'REVERSE' is ignored on the first row"},
         {"KALM_BPM.csv", 3, "ignored: EGU, MAX or MIN differ"},
         {"KALM_BPM.csv", 4, "SIZE value '12abc' is not a number"},
@@ -110,8 +114,7 @@ TEST_F(BrokenCopy, FindsEveryProblem) {
         {"VESTA.HIST", 2, "MAX value 'x' is not a number"},
         {"VESTA.HIST", 2, "has neither a history server nor an archive"},
         {"KALM.HIST", 12, "only the first 10 quantities are read"},
-    };
-    for (const Expect& e : wanted) EXPECT_TRUE(Has(result, e.file, e.line, e.text)) << e.file << ":" << e.line << " " << e.text << "\n" << all;
+    });
 }
 
 TEST_F(BrokenCopy, HeaderProblemsAndReaderFailures) {
@@ -124,14 +127,13 @@ TEST_F(BrokenCopy, HeaderProblemsAndReaderFailures) {
     for (int i = 0; i < 16; ++i) subsystems.push_back("KALM_BPM.csv,S" + std::to_string(i));
     Write("KALM_Subsystems.csv", subsystems);
 
-    const auto result = Check();
-    const std::string all = Describe(result);
-    EXPECT_TRUE(Has(result, "KALM_BPM.csv", 1, "column PROPERTY missing: the empty header field at position 0")) << all;
-    EXPECT_TRUE(Has(result, "KALM_Subsystems.csv", 0,
-                    "Read Data Source Config File: KALM_Subsystems.csv failed ! (the subsystem menu has no entry 15"))
-        << all;
-    EXPECT_TRUE(Has(result, "config_machines.csv", 6, "machine without a name")) << all;
-    EXPECT_TRUE(Has(result, "config_machines.csv", 6, "names no subsystem list")) << all;
+    ExpectProblems(Check(), {
+        {"KALM_BPM.csv", 1, "column PROPERTY missing: the empty header field at position 0"},
+        {"KALM_Subsystems.csv", 0,
+         "Read Data Source Config File: KALM_Subsystems.csv failed ! (the subsystem menu has no entry 15"},
+        {"config_machines.csv", 6, "machine without a name"},
+        {"config_machines.csv", 6, "names no subsystem list"},
+    });
 }
 
 TEST_F(BrokenCopy, PropertyGroupsCompanionsAndTheCombinedEntry) {
@@ -147,24 +149,17 @@ TEST_F(BrokenCopy, PropertyGroupsCompanionsAndTheCombinedEntry) {
     Write("LYRAS_BPM.csv", bpm);
     Write("OPERATIONS_Subsystems.csv", {"FILENAME,DESCRIPTION", "ORKA_PS.csv,ORKA", "KALM_BPM.csv,KALM"});
 
-    const auto result = Check();
-    const std::string all = Describe(result);
-    struct Expect { std::string file; int32_t line; std::string text; };
-    const Expect wanted[] = {
+    // Each group is reported once, at its first head row; the one-member
+    // group 3 and a channel without a companion are fine.
+    ExpectProblems(Check(), {
         {"VESTA_PS.csv", 2, "companion 'Ist' has 20 elements, fewer than the 24 of this channel"},
         {"VESTA_PS.csv", 2, "PROPLINK 1 is shared by 6 entries: choosing 'Soll' fails"},
         {"VESTA_PS.csv", 8, "PROPLINK 2 is shared by 5 entries: only 4 get a check box"},
         {"VESTA_PS.csv", 13, "row without a description"},
         {"LYRAS_BPM.csv", 2, "PROPLINK -1 is shared by 6 entries"},
         {"OPERATIONS_Subsystems.csv", 3, "'KALM_BPM.csv' names none of ORKA, VESTA, LYRAS"},
-    };
-    for (const Expect& e : wanted)
-        EXPECT_TRUE(Has(result, e.file, e.line, e.text)) << e.file << ":" << e.line << " " << e.text << "\n" << all;
-    // Each group is reported once, at its first head row; the one-member
-    // group 3 and the companion without a companion are fine.
-    for (const Expect& e : std::vector<Expect>{{"VESTA_PS.csv", 3, "PROPLINK"}, {"VESTA_PS.csv", 13, "PROPLINK"},
-                                                {"VESTA_PS.csv", 3, "companion"}, {"ORKA_PS.csv", 0, ""}})
-        EXPECT_FALSE(Has(result, e.file, e.line, e.text)) << e.file << ":" << e.line << " " << e.text << "\n" << all;
+    }, {{"VESTA_PS.csv", 3, "PROPLINK"}, {"VESTA_PS.csv", 13, "PROPLINK"}, {"VESTA_PS.csv", 3, "companion"},
+        {"OPERATIONS_Subsystems.csv", 2, ""}});
 }
 
 TEST_F(BrokenCopy, MissingMachineListStopsTheCheck) {

@@ -49,10 +49,10 @@ TEST(SplitLines, KnowsEveryLineEnd) {
 
 TEST(FileSearch, FindsFilesAndDirectoryEntries) {
     ScratchDir dir;
-    EXPECT_EQ(FileSearch(dir.Dir()), "");  // an empty directory yields nothing
+    EXPECT_EQ(FileSearch(dir.Path() + "/"), "");  // an empty directory yields nothing
     dir.Write("b.csv", "x");
     dir.Write("a.csv", "x");
-    EXPECT_EQ(FileSearch(dir.Dir()), "a.csv");
+    EXPECT_EQ(FileSearch(dir.Path() + "/"), "a.csv");
     EXPECT_EQ(FileSearch(dir.Path("b.csv")), "b.csv");
     EXPECT_EQ(FileSearch(dir.Path("missing.csv")), "");
     EXPECT_EQ(FileSearch(dir.Path("missing") + "/"), "");
@@ -68,7 +68,7 @@ TEST(ReadTextLines, MissingAndUnreadableFilesAreErrors) {
         EXPECT_EQ(error.kind(), ErrorKind::FileNotFound);
     }
     try {
-        ReadTextLines(dir.Dir());
+        ReadTextLines(dir.Path() + "/");
         FAIL();
     } catch (const RuntimeError& error) {
         EXPECT_EQ(error.kind(), ErrorKind::FileRead);

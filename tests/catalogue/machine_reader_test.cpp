@@ -20,40 +20,27 @@ std::vector<std::string> MachineRows(int n) {
     return rows;
 }
 
-TEST(ReadMachineFile, HeadersInAnyOrderAndCaseReadAlike) {
+TEST(ReadMachineFile, HeadersCommentsQuotesAndEmptyHeaderFields) {
     ScratchDir dir;
-    struct Case { std::vector<std::string> lines; };
+    struct Case { std::vector<std::string> lines; std::string name, configFile, machineFile; };
     const Case cases[] = {
-        {{"MACHINE,CONFIGFILE,MACHINEFILE", "ORKA,ORKA_S.csv,ORKA.HIST"}},
-        {{"machinefile, Machine ,configfile", "ORKA.HIST,ORKA,ORKA_S.csv"}},
-        {{"; comment", "", "% comment", "# comment", "MACHINE,CONFIGFILE,MACHINEFILE", "", "ORKA, ORKA_S.csv ,ORKA.HIST"}},
-        {{"MACHINE,CONFIGFILE,MACHINEFILE,UNKNOWN", "ORKA,ORKA_S.csv,ORKA.HIST,x"}},
+        {{"MACHINE,CONFIGFILE,MACHINEFILE", "ORKA,ORKA_S.csv,ORKA.HIST"}, "ORKA", "ORKA_S.csv", "ORKA.HIST"},
+        {{"machinefile, Machine ,configfile", "ORKA.HIST,ORKA,ORKA_S.csv"}, "ORKA", "ORKA_S.csv", "ORKA.HIST"},
+        {{"; c", "", "% c", "# c", "MACHINE,CONFIGFILE,MACHINEFILE,X", "", "ORKA, ORKA_S.csv ,ORKA.HIST,x"},
+         "ORKA", "ORKA_S.csv", "ORKA.HIST"},
+        // A header that begins with a comma finds every key at position 0.
+        {{",MACHINE,CONFIGFILE", "A,B,C"}, "A", "A", "A"},
+        // A quoted field is one field and keeps its quotes.
+        {{"MACHINE,CONFIGFILE,MACHINEFILE", "\"A,B\",c.csv,h"}, "\"A,B\"", "c.csv", "h"},
     };
     for (const Case& c : cases) {
         Catalogue cat;
-        ASSERT_EQ(ReadMachineFile(cat, dir.Write("m.csv", Lines(c.lines))), 0);
+        ASSERT_EQ(ReadMachineFile(cat, dir.Write("m.csv", Lines(c.lines))), 0) << c.lines[0];
         EXPECT_EQ(cat.MachineCount, 1);
-        EXPECT_EQ(cat.MachineList[0].Name, "ORKA");
-        EXPECT_EQ(cat.MachineList[0].ConfigFile, "ORKA_S.csv");
-        EXPECT_EQ(cat.MachineList[0].MachineFile, "ORKA.HIST");
+        const MachineRecord& m = cat.MachineList[0];
+        EXPECT_EQ(m.Name + "|" + m.ConfigFile + "|" + m.MachineFile, c.name + "|" + c.configFile + "|" + c.machineFile)
+            << c.lines[0];
     }
-}
-
-TEST(ReadMachineFile, LeadingCommaFindsEveryKeyAtZero) {
-    ScratchDir dir;
-    Catalogue cat;
-    ASSERT_EQ(ReadMachineFile(cat, dir.Write("m.csv", Lines({",MACHINE,CONFIGFILE", "A,B,C"}))), 0);
-    EXPECT_EQ(cat.MachineList[0].Name, "A");
-    EXPECT_EQ(cat.MachineList[0].ConfigFile, "A");
-    EXPECT_EQ(cat.MachineList[0].MachineFile, "A");
-}
-
-TEST(ReadMachineFile, QuotedFieldIsOneFieldWithItsQuotes) {
-    ScratchDir dir;
-    Catalogue cat;
-    ASSERT_EQ(ReadMachineFile(cat, dir.Write("m.csv", Lines({"MACHINE,CONFIGFILE", "\"A,B\",c.csv"}))), 0);
-    EXPECT_EQ(cat.MachineList[0].Name, "\"A,B\"");
-    EXPECT_EQ(cat.MachineList[0].ConfigFile, "c.csv");
 }
 
 TEST(ReadMachineFile, SixteenMachinesFitSeventeenFail) {

@@ -10,197 +10,153 @@ namespace {
 using catalogue_test::Lines;
 using catalogue_test::RecordingWindow;
 using catalogue_test::ScratchDir;
+using Texts = std::vector<std::string>;
 
 const std::string kHeader = "CONTEXT,SERVER,PROPERTY,SIZE,DESCRIPTION,MAX,MIN,EGU,APPEND";
 
 struct Read {
+    ScratchDir dir;
     Catalogue cat;
     RecordingWindow window;
     int16_t result = -99;
+
+    // Reads the lines as one more file into the same catalogue.
+    Read& File(const Texts& lines) {
+        window = RecordingWindow();
+        result = ReadSpectrumConfig(cat, window, dir.Write("c.csv", Lines(lines)));
+        return *this;
+    }
+    const SpectrumRecord& Row(int i) const { return cat.SpectrumList[i]; }
 };
 
-void ReadInto(Read& read, const ScratchDir& dir, const std::vector<std::string>& lines,
-              const std::string& name = "c.csv") {
-    read.window = RecordingWindow();
-    read.result = ReadSpectrumConfig(read.cat, read.window, dir.Write(name, Lines(lines)));
-}
-
-TEST(ReadSpectrumConfig, OneRowHidesTheChooserAndPreparesTheChannel) {
-    ScratchDir dir;
-    Read read;
-    ReadInto(read, dir, {kHeader, "ORKA,SRV/DEV,P,10,Only,5,-5,mm,"});
-    ASSERT_EQ(read.result, 0);
-    EXPECT_EQ(read.cat.SpectrumCount, 1);
-    EXPECT_TRUE(read.cat.CatalogueFresh);
-    EXPECT_TRUE(read.cat.CatalogueFresh2);
-    EXPECT_EQ(read.window.events,
-              (std::vector<std::string>{"clear combo", "hide combo", "add Only", "select 0", "prepare 0"}));
-}
-
-TEST(ReadSpectrumConfig, AppendedRowsLeaveTheChooserOnlyWhenUnitsAndLimitsMatch) {
-    ScratchDir dir;
-    struct Case { std::string row2Max; std::vector<std::string> combo; std::vector<bool> appended; };
+TEST(ReadSpectrumConfig, ChooserListsHeadRowsAndHidesForASingleRow) {
+    struct Case { Texts rows; Texts events; std::vector<int16_t> comboToSpectrum; std::vector<bool> appended; };
     const Case cases[] = {
-        {"5", {"Head"}, {false, true, true}},
-        {"6", {"Head", "Two"}, {false, false, true}},
+        {{"C,S/D,P,10,Only,5,-5,mm,"},
+         {"clear combo", "hide combo", "add Only", "select 0", "prepare 0"}, {0}, {false}},
+        // Rows 2 and 3 continue row 1 when EGU, MAX and MIN match...
+        {{"C,S/A,P,4,Head,5,-5,mm,", "C,S/B,P,4,Two,5,-5,mm,yes", "C,S/C,P,4,Three,5,-5,mm,True"},
+         {"clear combo", "show combo", "add Head", "select 0"}, {0}, {false, true, true}},
+        // ...and are listed when MAX differs; "no" never appends.
+        {{"C,S/A,P,4,Head,5,-5,mm,", "C,S/B,P,4,Two,6,-5,mm,yes", "C,S/C,P,4,Three,6,-5,mm,YES",
+          "C,S/D,P,4,Four,6,-5,mm,no"},
+         {"clear combo", "show combo", "add Head", "add Two", "add Four", "select 0"}, {0, 1, 3},
+         {false, false, true, false}},
     };
     for (const Case& c : cases) {
+        Texts lines{kHeader};
+        lines.insert(lines.end(), c.rows.begin(), c.rows.end());
         Read read;
-        ReadInto(read, dir, {kHeader, "C,S/D1,P,4,Head,5,-5,mm,", "C,S/D2,P,4,Two," + c.row2Max + ",-5,mm,yes",
-                             "C,S/D3,P,4,Three," + c.row2Max + ",-5,mm,True"});
-        ASSERT_EQ(read.result, 0);
-        EXPECT_EQ(read.window.combo, c.combo) << c.row2Max;
-        for (int i = 0; i < 3; ++i) EXPECT_EQ(read.cat.SpectrumList[i].Append, c.appended[i]) << i;
-        EXPECT_TRUE(read.window.comboVisible);
-        EXPECT_EQ(read.window.events.back(), "select 0");
+        ASSERT_EQ(read.File(lines).result, 0);
+        EXPECT_EQ(read.cat.SpectrumCount, static_cast<int16_t>(c.rows.size()));
+        EXPECT_EQ(read.window.events, c.events);
+        for (std::size_t p = 0; p < c.comboToSpectrum.size(); ++p)
+            EXPECT_EQ(read.cat.ComboToSpectrum[static_cast<long>(p)], c.comboToSpectrum[p]) << p;
+        for (std::size_t i = 0; i < c.appended.size(); ++i) EXPECT_EQ(read.Row(static_cast<int>(i)).Append, c.appended[i]);
+        EXPECT_FALSE(read.cat.SpectrumList[static_cast<long>(c.rows.size())].Append) << "the entry behind the last row";
+        EXPECT_EQ(read.cat.CatalogueFresh, c.rows.size() == 1);
     }
 }
 
-TEST(ReadSpectrumConfig, ComboMapSkipsAppendedRows) {
-    ScratchDir dir;
+TEST(ReadSpectrumConfig, FirstRowsAppendIsIgnoredLaterReverseStandsAlone) {
     Read read;
-    ReadInto(read, dir, {kHeader, "C,S/A,P,4,A,5,-5,mm,", "C,S/A2,P,4,A2,5,-5,mm,YES", "C,S/B,P,4,B,1,0,V,",
-                         "C,S/C,P,4,C,1,0,V,no"});
+    read.File({kHeader, "C,S/A,P,4,A,5,-5,mm,REVERSE yes", "C,S/B,P,4,B,5,-5,mm,yes reverse",
+               "C,S/C,P,4,C,9,-5,mm,Reverse", "C,S/D,P,4,D,9,-5,mm,"});
     ASSERT_EQ(read.result, 0);
-    EXPECT_EQ(read.window.combo, (std::vector<std::string>{"A", "B", "C"}));
-    EXPECT_EQ(read.cat.ComboToSpectrum[0], 0);
-    EXPECT_EQ(read.cat.ComboToSpectrum[1], 2);
-    EXPECT_EQ(read.cat.ComboToSpectrum[2], 3);
-}
-
-TEST(ReadSpectrumConfig, ReverseIsIgnoredOnTheFirstRowOnly) {
-    ScratchDir dir;
-    Read read;
-    ReadInto(read, dir, {kHeader, "C,S/A,P,4,A,5,-5,mm,REVERSE", "C,S/B,P,4,B,5,-5,mm,yes reverse",
-                         "C,S/C,P,4,C,9,-5,mm,Reverse"});
-    ASSERT_EQ(read.result, 0);
-    EXPECT_FALSE(read.cat.SpectrumList[0].Reverse);
-    EXPECT_FALSE(read.cat.SpectrumList[0].Append);
-    EXPECT_TRUE(read.cat.SpectrumList[1].Reverse);
-    EXPECT_TRUE(read.cat.SpectrumList[1].Append);
-    EXPECT_TRUE(read.cat.SpectrumList[2].Reverse);
-    EXPECT_FALSE(read.cat.SpectrumList[2].Append);
+    const bool expected[][2] = {{false, false}, {true, true}, {false, true}, {false, false}};  // Append, Reverse
+    for (int i = 0; i < 4; ++i) {
+        EXPECT_EQ(read.Row(i).Append, expected[i][0]) << i;
+        EXPECT_EQ(read.Row(i).Reverse, expected[i][1]) << i;
+    }
 }
 
 TEST(ReadSpectrumConfig, ServerSplitsAtTheFirstSlashOrKeepsTheDevice) {
-    ScratchDir dir;
     Read read;
-    ReadInto(read, dir, {kHeader, "C,SRV/DEV1,P,1,A,1,0,,", "C,SRV,P,1,B,1,0,,", "C,X/Y/Z,P,1,C,1,0,,",
-                         "C,/LEAD,P,1,D,1,0,,"});
+    read.File({kHeader, "C,SRV/DEV1,P,1,A,1,0,,", "C,SRV2,P,1,B,1,0,,", "C,X/Y/Z,P,1,C,1,0,,", "C,/LEAD,P,1,D,1,0,,"});
     ASSERT_EQ(read.result, 0);
-    struct Expect { std::string server, device; };
-    const Expect expected[] = {{"SRV", "DEV1"}, {"SRV", "DEV1"}, {"X", "Y/Z"}, {"", "LEAD"}};
-    for (int i = 0; i < 4; ++i) {
-        EXPECT_EQ(read.cat.SpectrumList[i].Server, expected[i].server) << i;
-        EXPECT_EQ(read.cat.SpectrumList[i].Device, expected[i].device) << i;
-    }
+    const std::pair<std::string, std::string> expected[] = {{"SRV", "DEV1"}, {"SRV2", "DEV1"}, {"X", "Y/Z"}, {"", "LEAD"}};
+    for (int i = 0; i < 4; ++i) EXPECT_EQ(std::make_pair(read.Row(i).Server, read.Row(i).Device), expected[i]) << i;
 }
 
 TEST(ReadSpectrumConfig, LowReplacesHighEvenWhenEmpty) {
-    ScratchDir dir;
-    struct Case { std::string header, row, source; };
+    struct Case { std::string columns, values, source; };
     const Case cases[] = {
-        {kHeader + ",HIGH,LOW", "C,S/D,P,1,A,1,0,,,a.csv,b.csv", "b.csv"},
-        {kHeader + ",HIGH,LOW", "C,S/D,P,1,A,1,0,,,a.csv,", ""},
-        {kHeader + ",LOW,HIGH", "C,S/D,P,1,A,1,0,,,b.csv,a.csv", "b.csv"},
-        {kHeader + ",HIGH", "C,S/D,P,1,A,1,0,,,a.csv", "a.csv"},
+        {"HIGH,LOW", "a.csv,b.csv", "b.csv"}, {"HIGH,LOW", "a.csv,", ""}, {"LOW,HIGH", "b.csv,a.csv", "b.csv"},
+        {"HIGH", "a.csv", "a.csv"}, {"HIGH", "DEV[THR]", "DEV[THR]"},
     };
     for (const Case& c : cases) {
         Read read;
-        ReadInto(read, dir, {c.header, c.row});
-        ASSERT_EQ(read.result, 0);
-        EXPECT_EQ(read.cat.SpectrumList[0].ThresholdSource, c.source) << c.header << " | " << c.row;
-        EXPECT_EQ(read.cat.SpectrumList[0].HighThresholds.size(), 1u);
-        EXPECT_EQ(read.cat.SpectrumList[0].LowThresholds.size(), 1u);
+        ASSERT_EQ(read.File({kHeader + "," + c.columns, "C,S/D,P,3,A,1,0,,," + c.values}).result, 0);
+        EXPECT_EQ(read.Row(0).ThresholdSource, c.source) << c.columns << " " << c.values;
+        EXPECT_EQ(read.Row(0).HighThresholds.size() + read.Row(0).LowThresholds.size(), 2u) << "one element each";
     }
 }
 
 TEST(ReadSpectrumConfig, RowLimitIsOneHundredAndOneEntriesFailingAtTheEnd) {
-    ScratchDir dir;
-    auto rows = [](int n) {
-        std::vector<std::string> lines{kHeader};
-        for (int i = 0; i < n; ++i) lines.push_back("C,S/D" + std::to_string(i) + ",P,1,R" + std::to_string(i) + ",1,0,,");
-        return lines;
-    };
     struct Case { int rows; bool ok; int16_t stored; int32_t failedLine; int16_t count; };
     // 100 rows fit with the entry behind them; 101 fill the table, set the
     // count and fail when the entry behind the last row is reset; 102 fail
     // while storing row 102, before the count is touched.
     const Case cases[] = {{100, true, 100, 0, 100}, {101, false, 101, 0, 101}, {102, false, 101, 103, 7}};
     for (const Case& c : cases) {
+        Texts lines{kHeader};
+        for (int i = 0; i < c.rows; ++i) lines.push_back("C,S/D,P,1,R" + std::to_string(i) + ",1,0,,");
         Read read;
         read.cat.SpectrumCount = 7;
-        ReadInto(read, dir, rows(c.rows));
+        read.File(lines);
         EXPECT_EQ(read.result == 0, c.ok) << c.rows;
         EXPECT_EQ(read.cat.LastReport.rowsStored, c.stored) << c.rows;
         EXPECT_EQ(read.cat.LastReport.line, c.failedLine) << c.rows;
         EXPECT_EQ(read.cat.SpectrumCount, c.count) << c.rows;
-        EXPECT_EQ(read.cat.SpectrumList[100].Description, c.rows >= 101 ? "R100" : "") << c.rows;
-        if (!c.ok) {
-            EXPECT_TRUE(read.window.events.empty()) << "the chooser is left alone";
-        }
+        EXPECT_EQ(read.Row(100).Description, c.rows >= 101 ? "R100" : "") << c.rows;
+        EXPECT_EQ(read.window.events.empty(), !c.ok) << "a failure leaves the chooser alone";
     }
 }
 
 TEST(ReadSpectrumConfig, MissingColumnsCarryOverBetweenRowsAndFiles) {
-    ScratchDir dir;
     Read read;
-    ReadInto(read, dir, {kHeader + ",HSTSERVER,TAG,PROPLINK,PROPSHORT,EXTRAPROPCOMBOINDEX",
-                         "ORKA,S/D,P,8,A,5,-5,mm,,/ORKA/H,T,3,X,1", "VESTA,S/E,Q,9,B,5,-5,mm,,/VESTA/H,U,4,Y,0"},
-             "first.csv");
-    ASSERT_EQ(read.result, 0);
+    read.File({kHeader + ",HSTSERVER,TAG,PROPLINK,PROPSHORT,EXTRAPROPCOMBOINDEX",
+               "ORKA,S/D,P,8,A,5,-5,mm,,/ORKA/H,T,3,X,1", "VESTA,S/E,Q,9,B,5,-5,mm,,/VESTA/H,U,4,Y,0"});
     // The second file has neither CONTEXT nor HSTSERVER nor TAG nor PROPLINK.
-    ReadInto(read, dir, {"SERVER,PROPERTY,DESCRIPTION", "S2/F,R,C", "S3,S,D"}, "second.csv");
-    ASSERT_EQ(read.result, 0);
-    const SpectrumRecord& c = read.cat.SpectrumList[0];
-    EXPECT_EQ(c.Context, "VESTA");
-    EXPECT_EQ(c.HstServer, "/VESTA/H");
-    EXPECT_EQ(c.Size, 9);
-    EXPECT_EQ(c.Egu, "mm");
+    ASSERT_EQ(read.File({"SERVER,PROPERTY,DESCRIPTION", "S2/F,R,C", "S3,S,D"}).result, 0);
+    const SpectrumRecord& c = read.Row(0);
+    EXPECT_EQ(c.Context + " " + c.HstServer + " " + std::to_string(c.Size) + " " + c.Egu, "VESTA /VESTA/H 9 mm");
     EXPECT_EQ(c.PropLink, -1) << "a missing PROPLINK column means -1, not carry-over";
     EXPECT_EQ(c.PropShort, "Y") << "PROPSHORT is kept when PROPLINK is missing";
     EXPECT_EQ(c.ExtraPropComboIndex, -1);
     // The carried-over tag gets one more slash per row.
-    EXPECT_EQ(read.cat.SpectrumList[0].Tag, "//U");
-    EXPECT_EQ(read.cat.SpectrumList[1].Tag, "///U");
-    EXPECT_EQ(read.cat.SpectrumList[1].Device, "F");
-    EXPECT_EQ(read.cat.SpectrumList[1].Server, "S3");
+    EXPECT_EQ(read.Row(0).Tag + " " + read.Row(1).Tag, "//U ///U");
+    EXPECT_EQ(read.Row(1).Server + " " + read.Row(1).Device, "S3 F");
 }
 
 TEST(ReadSpectrumConfig, ExternalDeviceNamesNeedANonEmptyProperty) {
-    ScratchDir dir;
     Read read;
-    ReadInto(read, dir, {kHeader + ",EXTDEVNAMEDEV,EXTDEVNAMEPROP", "C,S/D,P,1,A,1,0,,,/C/S/LOC,LOCATION",
-                         "C,S/D,P,1,B,1,0,,,,"});
+    read.File({kHeader + ",EXTDEVNAMEDEV,EXTDEVNAMEPROP", "C,S/D,P,1,A,1,0,,,/C/S/LOC,LOCATION", "C,S/D,P,1,B,1,0,,,,"});
     ASSERT_EQ(read.result, 0);
-    EXPECT_TRUE(read.cat.SpectrumList[0].HasExtDevName);
-    EXPECT_EQ(read.cat.SpectrumList[0].ExtDevNameDev, "/C/S/LOC");
-    EXPECT_FALSE(read.cat.SpectrumList[1].HasExtDevName);
-    EXPECT_EQ(read.cat.SpectrumList[1].ExtDevNameProp, "LOCATION") << "the old text stays";
-    EXPECT_EQ(read.cat.SpectrumList[1].ExtDevNameDev, "");
+    EXPECT_TRUE(read.Row(0).HasExtDevName);
+    EXPECT_EQ(read.Row(0).ExtDevNameDev, "/C/S/LOC");
+    EXPECT_FALSE(read.Row(1).HasExtDevName);
+    EXPECT_EQ(read.Row(1).ExtDevNameProp, "LOCATION") << "the old text stays";
+    EXPECT_EQ(read.Row(1).ExtDevNameDev, "");
 }
 
-TEST(ReadSpectrumConfig, EmptyLinesAreRowsAndCommentsAreNot) {
-    ScratchDir dir;
-    Read read;
-    ReadInto(read, dir, {"; comment", "# comment", kHeader, "C,S/D,P,3,A,5,-5,mm,", "", "%x", "C,S/E,P,4,B,5,-5,mm,"});
-    ASSERT_EQ(read.result, 0);
-    EXPECT_EQ(read.cat.SpectrumCount, 3);
-    EXPECT_EQ(read.cat.SpectrumList[1].Description, "") << "the empty line reads empty fields";
-    EXPECT_EQ(read.cat.SpectrumList[1].Size, 0);
-    EXPECT_EQ(read.cat.SpectrumList[2].Description, "B");
-}
-
-TEST(ReadSpectrumConfig, ReadingResetsTheSpectrumTraceAndAFailureKeepsTheChooser) {
-    ScratchDir dir;
+TEST(ReadSpectrumConfig, EmptyLinesAreRowsCommentsAreNotAndFailuresEndTheRead) {
     Read read;
     read.cat.SpectrumTrace = 42;
-    ReadInto(read, dir, {kHeader, "C,S/D,P,3,A,5,-5,mm,"});
+    read.File({"; comment", "# comment", kHeader, "C,S/D,P,3,A,5,-5,mm,", "", "%x", "C,S/E,P,4,B,5,-5,mm,"});
+    ASSERT_EQ(read.result, 0);
+    EXPECT_EQ(read.cat.SpectrumCount, 3);
+    EXPECT_EQ(read.Row(1).Description + "|" + std::to_string(read.Row(1).Size), "|0") << "the empty line reads empty fields";
+    EXPECT_EQ(read.Row(2).Description, "B");
     EXPECT_EQ(read.cat.SpectrumTrace, -1);
-    ReadInto(read, dir, {kHeader, "C,S/D,P,1e40,A,5,-5,mm,"});
-    EXPECT_EQ(read.result, static_cast<int16_t>(ErrorKind::Overflow));
-    EXPECT_EQ(read.cat.LastReport.line, 2);
-    EXPECT_TRUE(read.window.events.empty());
+    // Numbers too large for their field end the reader at that line.
+    for (const char* row : {"C,S/D,P,1e40,A,5,-5,mm,", "C,S/D,P,3,A,1e39,-5,mm,"}) {
+        EXPECT_EQ(read.File({kHeader, row}).result, static_cast<int16_t>(ErrorKind::Overflow)) << row;
+        EXPECT_EQ(read.cat.LastReport.line, 2);
+        EXPECT_TRUE(read.window.events.empty());
+    }
+    EXPECT_EQ(ReadSpectrumConfig(read.cat, read.window, read.dir.Path("none.csv")),
+              static_cast<int16_t>(ErrorKind::FileNotFound));
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "test_support.h"
 
 #include <atomic>
+#include <fstream>
 #include <random>
 #include <unistd.h>
 
