@@ -12,19 +12,23 @@
 
 namespace catalogue::detail {
 
-// Runs a reader's body; a RuntimeError ends it with its code, recorded in
-// cat.LastReport together with the line the body had reached.
+// Runs a reader's body; a RuntimeError ends it with its code. cat.LastReport
+// gets the report when the reader ends, so a reader that the window starts
+// from inside another (the channel preparation reads thresholds while the
+// data-source file is read) does not stand in for the outer one.
 template <typename Body>
 int16_t RunReader(Catalogue& cat, std::string_view path, Body&& body) {
-    cat.LastReport = ReaderReport{NativePath(path), 0, "", 0};
+    ReaderReport report{NativePath(path), 0, "", 0};
+    int16_t result = 0;
     try {
-        body(cat.LastReport);
-        cat.LastReport.line = 0;
-        return 0;
+        body(report);
+        report.line = 0;
     } catch (const RuntimeError& error) {
-        cat.LastReport.error = error.what();
-        return error.code();
+        report.error = error.what();
+        result = error.code();
     }
+    cat.LastReport = std::move(report);
+    return result;
 }
 
 // Which lines a reader passes over before the header and the data rows.

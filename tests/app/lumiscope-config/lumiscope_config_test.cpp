@@ -134,7 +134,9 @@ TEST(LumiscopeConfig, OneChannelFilePreparesItsThresholdsAndReportsTheMessage) {
                                                                "ORKA,BLMSRV/L,LOSS," + c.size + ",Losses,thr.csv"}));
         const ToolRun run = Tool({"channels", file, "--program-path", dir.Path("prog")});
         EXPECT_EQ(run.exitCode, 0) << "a threshold problem does not fail the reader";
-        const QJsonArray messages = run.Json().array()[0].toObject()["messages"].toArray();
+        const QJsonObject doc = run.Json().array()[0].toObject();
+        EXPECT_EQ(doc["SpectrumList"].toArray().size(), 1) << "the threshold read inside is not the file's report";
+        const QJsonArray messages = doc["messages"].toArray();
         std::vector<std::string> texts;
         for (const auto& message : messages) texts.push_back(message.toString().toStdString());
         EXPECT_EQ(texts, c.messages) << c.size;
