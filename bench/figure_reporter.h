@@ -42,11 +42,12 @@ private:
 };
 
 // main() of a benchmark group: runs every registered benchmark through the
-// figure reporter.
-inline int RunGroup(int argc, char** argv) {
+// figure reporter (or a group's own reporter built on it, for its ratios).
+template <typename Reporter = FigureReporter>
+int RunGroup(int argc, char** argv) {
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
-    FigureReporter reporter;
+    Reporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
     benchmark::Shutdown();
     return 0;
@@ -55,4 +56,4 @@ inline int RunGroup(int argc, char** argv) {
 }  // namespace lumiscope_bench
 
 #define LUMISCOPE_BENCH_MAIN() \
-    int main(int argc, char** argv) { return lumiscope_bench::RunGroup(argc, argv); }
+    int main(int argc, char** argv) { return lumiscope_bench::RunGroup<>(argc, argv); }

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <iostream>
 #include <optional>
+#include <variant>
 #include <string>
 #include <vector>
 
@@ -37,47 +38,43 @@ void Messages(JsonWriter& json, const std::vector<std::string>& messages) {
     json.Key("messages").StringArray(messages);
 }
 
-void SpectrumFields(JsonWriter& json, const catalogue::SpectrumRecord& r) {
-    json.Field("Description", r.Description)
-        .Field("Context", r.Context)
-        .Field("Server", r.Server)
-        .Field("Device", r.Device)
-        .Field("Property", r.Property)
-        .Field("ExtDevNameDev", r.ExtDevNameDev)
-        .Field("ExtDevNameProp", r.ExtDevNameProp)
-        .Field("HasExtDevName", r.HasExtDevName)
-        .Field("ExtraPropComboIndex", r.ExtraPropComboIndex)
-        .Field("Tag", r.Tag)
-        .Field("HstServer", r.HstServer)
-        .Field("HstProperty", r.HstProperty)
-        .Field("ArcServer", r.ArcServer)
-        .Field("ArcProperty", r.ArcProperty)
-        .Field("Size", r.Size)
-        .Field("ThresholdSource", r.ThresholdSource)
-        .Field("Max", r.Max)
-        .Field("Min", r.Min)
-        .Field("Egu", r.Egu)
-        .Field("Append", r.Append)
-        .Field("Reverse", r.Reverse)
-        .Field("PropLink", r.PropLink)
-        .Field("PropShort", r.PropShort);
-}
+// A record field by its JSON key, which is the field's own name.
+struct RecordField {
+    const char* key;
+    std::variant<std::string catalogue::SpectrumRecord::*, bool catalogue::SpectrumRecord::*,
+                 int16_t catalogue::SpectrumRecord::*, int32_t catalogue::SpectrumRecord::*,
+                 float catalogue::SpectrumRecord::*>
+        member;
+};
 
-void HistoryFields(JsonWriter& json, const catalogue::SpectrumRecord& r) {
-    json.Field("Description", r.Description)
-        .Field("Context", r.Context)
-        .Field("Server", r.Server)
-        .Field("Property", r.Property)
-        .Field("HstServer", r.HstServer)
-        .Field("HstProperty", r.HstProperty)
-        .Field("ArcServer", r.ArcServer)
-        .Field("ArcProperty", r.ArcProperty)
-        .Field("Size", r.Size)
-        .Field("Max", r.Max)
-        .Field("Min", r.Min)
-        .Field("Egu", r.Egu)
-        .Field("ShortName", r.ShortName)
-        .Field("Label", r.Label);
+using R = catalogue::SpectrumRecord;
+
+// The fields a data-source file fills, in the record's order.
+const RecordField kChannelFields[] = {
+    {"Description", &R::Description}, {"Context", &R::Context}, {"Server", &R::Server},
+    {"Device", &R::Device}, {"Property", &R::Property}, {"ExtDevNameDev", &R::ExtDevNameDev},
+    {"ExtDevNameProp", &R::ExtDevNameProp}, {"HasExtDevName", &R::HasExtDevName},
+    {"ExtraPropComboIndex", &R::ExtraPropComboIndex}, {"Tag", &R::Tag}, {"HstServer", &R::HstServer},
+    {"HstProperty", &R::HstProperty}, {"ArcServer", &R::ArcServer}, {"ArcProperty", &R::ArcProperty},
+    {"Size", &R::Size}, {"ThresholdSource", &R::ThresholdSource}, {"Max", &R::Max}, {"Min", &R::Min},
+    {"Egu", &R::Egu}, {"Append", &R::Append}, {"Reverse", &R::Reverse}, {"PropLink", &R::PropLink},
+    {"PropShort", &R::PropShort},
+};
+
+// The fields a machine history file fills.
+const RecordField kHistoryFields[] = {
+    {"Description", &R::Description}, {"Context", &R::Context}, {"Server", &R::Server},
+    {"Property", &R::Property}, {"HstServer", &R::HstServer}, {"HstProperty", &R::HstProperty},
+    {"ArcServer", &R::ArcServer}, {"ArcProperty", &R::ArcProperty}, {"Size", &R::Size}, {"Max", &R::Max},
+    {"Min", &R::Min}, {"Egu", &R::Egu}, {"ShortName", &R::ShortName}, {"Label", &R::Label},
+};
+
+template <std::size_t N>
+void Record(JsonWriter& json, const R& record, const RecordField (&fields)[N]) {
+    json.BeginObject();
+    for (const RecordField& field : fields)
+        std::visit([&](auto member) { json.Field(field.key, record.*member); }, field.member);
+    json.EndObject();
 }
 
 int Print(const JsonWriter& json, bool ok) {
@@ -136,11 +133,7 @@ int Channels(const std::vector<std::string>& files, const std::string& programPa
         allOk = allOk && result == 0;
         json.BeginObject().Field("result", result).Field("SpectrumCount", cat.SpectrumCount);
         json.Key("SpectrumList").BeginArray();
-        for (int16_t i = 0; i < cat.LastReport.rowsStored; ++i) {
-            json.BeginObject();
-            SpectrumFields(json, cat.SpectrumList[i]);
-            json.EndObject();
-        }
+        for (int16_t i = 0; i < cat.LastReport.rowsStored; ++i) Record(json, cat.SpectrumList[i], kChannelFields);
         json.EndArray().Field("ComboVisible", window.comboVisible).Key("Combo").BeginArray();
         for (std::size_t p = 0; p < window.combo.size(); ++p)
             json.BeginObject().Field("text", window.combo[p])
@@ -158,11 +151,7 @@ int History(const std::string& file) {
     JsonWriter json;
     json.BeginObject().Field("result", result).Field("HistoryCount", cat.HistoryCount);
     json.Key("HistoryList").BeginArray();
-    for (int16_t i = 0; i < cat.LastReport.rowsStored; ++i) {
-        json.BeginObject();
-        HistoryFields(json, cat.HistoryList[i]);
-        json.EndObject();
-    }
+    for (int16_t i = 0; i < cat.LastReport.rowsStored; ++i) Record(json, cat.HistoryList[i], kHistoryFields);
     json.EndArray();
     Messages(json, {});
     return Print(json.EndObject(), result == 0);
