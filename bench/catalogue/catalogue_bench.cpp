@@ -8,6 +8,7 @@
 #include <fstream>
 #include <map>
 #include <string>
+#include <unistd.h>
 
 #include "catalogue/config_check.h"
 #include "catalogue/files.h"
@@ -69,7 +70,8 @@ BENCHMARK(ConfigDirCheck)->Name("figure:config-dir-check")->Unit(benchmark::kMic
 // The largest data-source file: 101 data rows, all stored (the reader then
 // fails on the entry behind the last row, as it must).
 std::filesystem::path WriteFile101Rows() {
-    const auto path = std::filesystem::temp_directory_path() / "lumiscope-bench-101.csv";
+    const auto path = std::filesystem::temp_directory_path() /
+                      ("lumiscope-bench-101-" + std::to_string(::getpid()) + ".csv");
     std::ofstream out(path, std::ios::binary);
     out << "CONTEXT,SERVER,PROPERTY,SIZE,HSTSERVER,HSTPROPERTY,ARCSERVER,ARCPROPERTY,DESCRIPTION,MAX,MIN,EGU,"
            "APPEND,HIGH,TAG,PROPLINK,PROPSHORT,EXTDEVNAMEDEV,EXTDEVNAMEPROP,EXTRAPROPCOMBOINDEX\r\n";
