@@ -77,6 +77,14 @@ void Record(JsonWriter& json, const R& record, const RecordField (&fields)[N]) {
     json.EndObject();
 }
 
+// Why a reader failed, on stderr: the document on stdout keeps its keys.
+void Diagnose(int16_t result, const catalogue::ReaderReport& report) {
+    if (result == 0 || report.error.empty()) return;
+    std::cerr << "lumiscope-config: " << report.file;
+    if (report.line > 0) std::cerr << ":" << report.line;
+    std::cerr << ": " << report.error << " (result " << result << ")\n";
+}
+
 int Print(const JsonWriter& json, bool ok) {
     std::cout << json.Text() << "\n";
     return ok ? 0 : 1;
@@ -95,6 +103,7 @@ int Machines(const std::string& file) {
     }
     json.EndArray();
     Messages(json, {});
+    Diagnose(result, cat.LastReport);
     return Print(json.EndObject(), result == 0);
 }
 
@@ -117,6 +126,7 @@ int Subsystems(const std::string& configDir, const std::string& file, const std:
         json.BeginObject().Field("caption", entry.caption).Field("visible", entry.visible).EndObject();
     json.EndArray();
     Messages(json, window.messages);
+    Diagnose(result, cat.LastReport);
     return Print(json.EndObject(), result == 0);
 }
 
@@ -131,6 +141,7 @@ int Channels(const std::vector<std::string>& files, const std::string& programPa
         ToolWindow window(cat);
         const int16_t result = catalogue::ReadSpectrumConfig(cat, window, file);
         allOk = allOk && result == 0;
+        Diagnose(result, cat.LastReport);
         json.BeginObject().Field("result", result).Field("SpectrumCount", cat.SpectrumCount);
         json.Key("SpectrumList").BeginArray();
         for (int16_t i = 0; i < cat.LastReport.rowsStored; ++i) Record(json, cat.SpectrumList[i], kChannelFields);
@@ -154,6 +165,7 @@ int History(const std::string& file) {
     for (int16_t i = 0; i < cat.LastReport.rowsStored; ++i) Record(json, cat.HistoryList[i], kHistoryFields);
     json.EndArray();
     Messages(json, {});
+    Diagnose(result, cat.LastReport);
     return Print(json.EndObject(), result == 0);
 }
 
@@ -168,6 +180,7 @@ int Thresholds(const std::string& source, long size, const std::string& programP
     json.BeginObject().Field("result", result);
     json.Key("HighThresholds").FloatArray(high).Key("LowThresholds").FloatArray(low);
     Messages(json, window.messages);
+    if (result != catalogue::kThresholdsFromFile) Diagnose(result, cat.LastReport);
     return Print(json.EndObject(), result == catalogue::kThresholdsByLink ||
                                        result == catalogue::kThresholdsFromFile);
 }
