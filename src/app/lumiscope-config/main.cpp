@@ -90,6 +90,14 @@ int Print(const JsonWriter& json, bool ok) {
     return ok ? 0 : 1;
 }
 
+// Ends a reader's document with its messages and prints it.
+int Finish(JsonWriter& json, int16_t result, const catalogue::ReaderReport& report,
+           const std::vector<std::string>& messages) {
+    Messages(json, messages);
+    Diagnose(result, report);
+    return Print(json.EndObject(), result == 0);
+}
+
 int Machines(const std::string& file) {
     catalogue::Catalogue cat;
     const int16_t result = catalogue::ReadMachineFile(cat, file);
@@ -102,9 +110,7 @@ int Machines(const std::string& file) {
             .Field("MachineFile", m.MachineFile).EndObject();
     }
     json.EndArray();
-    Messages(json, {});
-    Diagnose(result, cat.LastReport);
-    return Print(json.EndObject(), result == 0);
+    return Finish(json, result, cat.LastReport, {});
 }
 
 int Subsystems(const std::string& configDir, const std::string& file, const std::string& programPath) {
@@ -125,9 +131,7 @@ int Subsystems(const std::string& configDir, const std::string& file, const std:
     for (const MenuEntry& entry : window.menu)
         json.BeginObject().Field("caption", entry.caption).Field("visible", entry.visible).EndObject();
     json.EndArray();
-    Messages(json, window.messages);
-    Diagnose(result, cat.LastReport);
-    return Print(json.EndObject(), result == 0);
+    return Finish(json, result, cat.LastReport, window.messages);
 }
 
 int Channels(const std::vector<std::string>& files, const std::string& programPath) {
@@ -164,9 +168,7 @@ int History(const std::string& file) {
     json.Key("HistoryList").BeginArray();
     for (int16_t i = 0; i < cat.LastReport.rowsStored; ++i) Record(json, cat.HistoryList[i], kHistoryFields);
     json.EndArray();
-    Messages(json, {});
-    Diagnose(result, cat.LastReport);
-    return Print(json.EndObject(), result == 0);
+    return Finish(json, result, cat.LastReport, {});
 }
 
 int Thresholds(const std::string& source, long size, const std::string& programPath) {
