@@ -20,6 +20,9 @@ struct DataObject {
     std::string tag;
     // The caller's storage; a call never reads or writes outside it.
     std::span<std::byte> buffer;
+    // Output: the time stamp (seconds since 1970) the server reported for the
+    // data, 0 when it reported none (history and archive reads report one).
+    int32_t stamp = 0;
 };
 
 }  // namespace vire
