@@ -6,6 +6,7 @@
 #include "vire/formats.h"
 #include "vire/link.h"
 #include "vire/utils.h"
+#include "vire/wire.h"
 
 namespace vire {
 namespace {
@@ -72,6 +73,17 @@ Status GetDeviceNames(const std::string& serverName, const std::string& property
     // A continuation mark on the last field delivered: keep what came.
     if (!pending.empty()) names.push_back(TrimBlanks(pending));
     count = static_cast<int32_t>(names.size());
+    return kOk;
+}
+
+Status ReadFloats(const std::string& fullDeviceName, const std::string& property,
+                  std::span<float> values, int32_t timeoutMs) {
+    std::vector<std::byte> buffer(values.size() * 4);
+    DataObject out{static_cast<int32_t>(values.size()), kFormatSingle, "", buffer};
+    const Status status = LinkCall(fullDeviceName, property, out, DataObject{}, kAccessRead, timeoutMs);
+    if (status != kOk) return status;
+    const size_t delivered = static_cast<size_t>(std::clamp<int32_t>(out.count, 0, static_cast<int32_t>(values.size())));
+    for (size_t i = 0; i < delivered; ++i) values[i] = LoadFloat(buffer, 4 * i);
     return kOk;
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -36,5 +37,10 @@ Status GetProperties(const std::string& fullDeviceName, const std::string& prope
 // and `count` keeps what was asked.
 Status GetDeviceNames(const std::string& serverName, const std::string& property,
                       int32_t& count, std::vector<std::string>& names);
+
+// Reads values.size() 32-bit floats (SINGLE) from device/property with one
+// link call (access 1). On failure the values are left as they were.
+Status ReadFloats(const std::string& fullDeviceName, const std::string& property,
+                  std::span<float> values, int32_t timeoutMs);
 
 }  // namespace vire

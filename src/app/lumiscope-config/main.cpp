@@ -10,7 +10,7 @@
 
 #include "catalogue/config_check.h"
 #include "catalogue/readers.h"
-#include "json_writer.h"
+#include "tool_support/json_writer.h"
 #include "threshold_link.h"
 #include "tool_window.h"
 
@@ -19,10 +19,12 @@ namespace {
 const char* kUsage =
     "usage: lumiscope-config machines FILE\n"
     "       lumiscope-config subsystems CONFIGDIR FILE [--program-path DIR]\n"
-    "       lumiscope-config channels FILE [FILE...] [--program-path DIR]\n"
+    "       lumiscope-config channels FILE [FILE...] [--program-path DIR] [--sim-config DIR]\n"
     "       lumiscope-config history FILE\n"
-    "       lumiscope-config thresholds SOURCE --size N [--program-path DIR]\n"
-    "       lumiscope-config check CONFIGDIR\n";
+    "       lumiscope-config thresholds SOURCE --size N [--program-path DIR] [--sim-config DIR]\n"
+    "       lumiscope-config check CONFIGDIR\n"
+    "Threshold link sources are read from the simulated accelerator of --sim-config\n"
+    "(default: the sample configuration; for check: CONFIGDIR).\n";
 
 int Usage(const std::string& problem) {
     std::cerr << "lumiscope-config: " << problem << "\n" << kUsage;
@@ -134,10 +136,11 @@ int Subsystems(const std::string& configDir, const std::string& file, const std:
     return Finish(json, result, cat.LastReport, window.messages);
 }
 
-int Channels(const std::vector<std::string>& files, const std::string& programPath) {
+int Channels(const std::vector<std::string>& files, const std::string& programPath,
+             const std::string& simConfig) {
     catalogue::Catalogue cat;  // one catalogue: values carry over from file to file
     cat.ApplicationPath = programPath.empty() ? "." : programPath;
-    InstallThresholdLink(cat);
+    InstallThresholdLink(cat, simConfig);
     JsonWriter json;
     json.BeginArray();
     bool allOk = true;
@@ -171,10 +174,11 @@ int History(const std::string& file) {
     return Finish(json, result, cat.LastReport, {});
 }
 
-int Thresholds(const std::string& source, long size, const std::string& programPath) {
+int Thresholds(const std::string& source, long size, const std::string& programPath,
+               const std::string& simConfig) {
     catalogue::Catalogue cat;
     cat.ApplicationPath = programPath.empty() ? "." : programPath;
-    InstallThresholdLink(cat);
+    InstallThresholdLink(cat, simConfig);
     ToolWindow window(cat);
     std::vector<float> high(static_cast<std::size_t>(size)), low(static_cast<std::size_t>(size));
     const int16_t result = catalogue::ReadThresholds(cat, window, source, high, low);
@@ -190,7 +194,7 @@ int Thresholds(const std::string& source, long size, const std::string& programP
 int Check(const std::string& configDir) {
     catalogue::ConfigCheckOptions options;
     catalogue::Catalogue linkHolder;
-    InstallThresholdLink(linkHolder);
+    InstallThresholdLink(linkHolder, configDir);
     options.thresholdLink = linkHolder.ThresholdLink;
     const auto result = catalogue::CheckConfigDirectory(configDir, options);
     for (const auto& problem : result.problems) {
@@ -227,10 +231,12 @@ int main(int argc, char** argv) {
     args.erase(args.begin());
     const std::string programPath = TakeOption(args, "--program-path").value_or("");
     const std::optional<std::string> size = TakeOption(args, "--size");
+    // Link sources are answered by the simulated accelerator of this directory.
+    const std::string simConfig = TakeOption(args, "--sim-config").value_or(LUMISCOPE_SAMPLE_CONFIG_DIR);
 
     if (command == "machines" && args.size() == 1) return Machines(args[0]);
     if (command == "subsystems" && args.size() == 2) return Subsystems(args[0], args[1], programPath);
-    if (command == "channels" && !args.empty()) return Channels(args, programPath);
+    if (command == "channels" && !args.empty()) return Channels(args, programPath, simConfig);
     if (command == "history" && args.size() == 1) return History(args[0]);
     if (command == "check" && args.size() == 1) return Check(args[0]);
     if (command == "thresholds" && args.size() == 1) {
@@ -238,7 +244,7 @@ int main(int argc, char** argv) {
         const long n = size ? std::strtol(size->c_str(), &end, 10) : 0;
         if (!size || end == size->c_str() || *end != '\0' || n < 1 || n > 1000000)
             return Usage("thresholds needs --size N with N from 1 to 1000000");
-        return Thresholds(args[0], n, programPath);
+        return Thresholds(args[0], n, programPath, simConfig);
     }
     return Usage("unknown command or wrong arguments: " + command);
 }

@@ -1,8 +1,10 @@
 // Where lumiscope-config reads threshold link sources ("DEV[PROP]") from.
 #pragma once
 
+#include <string>
+
 #include "catalogue/catalogue.h"
 
-// Gives the catalogue a link reader for threshold sources, or leaves it
-// without one (link sources then report -1).
-void InstallThresholdLink(catalogue::Catalogue& cat);
+// Gives the catalogue a link reader for threshold sources, answered by the
+// simulated accelerator of simConfigDir (built once per run).
+void InstallThresholdLink(catalogue::Catalogue& cat, const std::string& simConfigDir);

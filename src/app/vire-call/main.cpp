@@ -1,0 +1,128 @@
+// vire-call: one link call from the shell, answered by the simulated
+// accelerator of a configuration directory.
+#include <iostream>
+#include <string>
+#include <vector>
+
+#include "arguments.h"
+#include "output.h"
+#include "sim/simulated_accelerator.h"
+#include "tool_support/json_writer.h"
+#include "vire/completion_codes.h"
+#include "vire/formats.h"
+#include "vire/link.h"
+#include "vire/queries.h"
+#include "vire/utils.h"
+#include "vire/wire.h"
+
+namespace {
+
+std::vector<std::byte> LongInput(const std::vector<int32_t>& values) {
+    std::vector<std::byte> bytes(values.size() * 4);
+    for (size_t i = 0; i < values.size(); ++i) vire::StoreInt32(bytes, 4 * i, values[i]);
+    return bytes;
+}
+
+// A read of `count` elements of `format`, with LONG input values.
+Answer Read(const CallArguments& a, int16_t format, int32_t count, const std::vector<int32_t>& input) {
+    Answer answer;
+    answer.format = format;
+    const int32_t width = vire::FormatSize(format);
+    if (width <= 0) {
+        answer.status = vire::kFormatMismatch;
+        return answer;
+    }
+    std::vector<std::byte> buffer(static_cast<size_t>(count) * static_cast<size_t>(width));
+    std::vector<std::byte> inBytes = LongInput(input);
+    vire::DataObject out{count, format, "", buffer};
+    const vire::DataObject in{static_cast<int32_t>(input.size()), vire::kFormatLong, "", inBytes};
+    answer.status = vire::LinkCall(a.address, a.property, out, in, vire::kAccessRead, a.timeoutMs);
+    answer.stamp = out.stamp;
+    if (answer.status == vire::kOk) DecodeValues(answer, format, buffer, out.count);
+    return answer;
+}
+
+Answer Write(const CallArguments& a) {
+    Answer answer;
+    answer.format = a.format;
+    const int16_t code = vire::CanonicalFormat(a.format);
+    if (code != vire::kFormatSingle && code != vire::kFormatLong) {
+        answer.status = vire::kFormatMismatch;
+        return answer;
+    }
+    std::vector<std::byte> bytes(a.writeValues.size() * 4);
+    for (size_t i = 0; i < a.writeValues.size(); ++i) {
+        if (code == vire::kFormatSingle) vire::StoreFloat(bytes, 4 * i, static_cast<float>(a.writeValues[i]));
+        else vire::StoreInt32(bytes, 4 * i, static_cast<int32_t>(a.writeValues[i]));
+    }
+    vire::DataObject out{};
+    const vire::DataObject in{static_cast<int32_t>(a.writeValues.size()), a.format, "", bytes};
+    answer.status = vire::LinkCall(a.address, a.property, out, in, vire::kAccessWrite, a.timeoutMs);
+    return answer;
+}
+
+int Run(const CallArguments& a) {
+    switch (a.kind) {
+    case CallKind::FormatName:
+        std::cout << vire::FormatName(static_cast<int16_t>(a.number)) << "\n";
+        return 0;
+    case CallKind::ErrorText:
+        std::cout << vire::ErrorText(static_cast<vire::Status>(a.number)) << "\n";
+        return 0;
+    case CallKind::Ctime:
+        std::cout << vire::CTIME(a.number) << "\n";
+        return 0;
+    default: break;
+    }
+
+    auto accelerator = sim::InstallSimulatedAccelerator(a.configDir);
+    for (const auto& problem : accelerator->settings().problems) std::cerr << "vire-call: " << problem << "\n";
+    for (const auto& problem : accelerator->model().problems) std::cerr << "vire-call: " << problem << "\n";
+    if (a.user) vire::SetUserName(*a.user);
+    const std::string what = a.address + " " + a.property;
+
+    switch (a.kind) {
+    case CallKind::Names: {
+        Answer answer;
+        answer.format = vire::kFormatName16;
+        int32_t count = a.countGiven ? a.count : 0;
+        std::vector<std::string> names;
+        answer.status = vire::GetDeviceNames(a.address, a.property, count, names);
+        if (answer.status == vire::kOk) AddNames(answer, names);
+        return PrintAnswer(answer, a.json, a.address + "/#0 " + a.property + ".NAM");
+    }
+    case CallKind::Properties: {
+        Answer answer;
+        vire::PropertyList list;
+        answer.status = vire::GetProperties(a.address, a.property, list);
+        answer.format = list.format;
+        if (answer.status == vire::kOk) AddNames(answer, list.names);
+        return PrintAnswer(answer, a.json, a.address + " PROPS");
+    }
+    case CallKind::History: {
+        std::vector<int32_t> input{static_cast<int32_t>(a.from), static_cast<int32_t>(a.to)};
+        if (a.mode > 0) input.push_back(a.mode);
+        return PrintAnswer(Read(a, vire::kFormatFltInt, a.countGiven ? a.count : 999, input), a.json, what);
+    }
+    case CallKind::Spectrum: {
+        const std::vector<int32_t> input{static_cast<int32_t>(a.at), static_cast<int32_t>(a.at), 0};
+        return PrintAnswer(Read(a, vire::kFormatSingle, a.count, input), a.json, what);
+    }
+    case CallKind::Write: return PrintAnswer(Write(a), a.json, what);
+    default: return PrintAnswer(Read(a, a.format, a.count, a.input), a.json, what);
+    }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    CallArguments arguments;
+    arguments.configDir = LUMISCOPE_SAMPLE_CONFIG_DIR;
+    const std::string problem =
+        ParseArguments(std::vector<std::string>(argv + 1, argv + argc), vire::UNIXTIME(), arguments);
+    if (!problem.empty()) {
+        std::cerr << "vire-call: " << problem << "\n" << kUsage;
+        return 2;
+    }
+    return Run(arguments);
+}
