@@ -5,47 +5,19 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
-#include <array>
-#include <cstdio>
 #include <filesystem>
-#include <sys/wait.h>
 
 #include "../../catalogue/test_support.h"
+#include "tool_run.h"
 
 namespace {
 
 using catalogue_test::Lines;
 using catalogue_test::ScratchDir;
 
-struct ToolRun {
-    std::string out;
-    int exitCode = -1;
-    QJsonDocument Json() const {
-        QJsonParseError error;
-        QJsonDocument doc = QJsonDocument::fromJson(QByteArray::fromStdString(out), &error);
-        EXPECT_EQ(error.error, QJsonParseError::NoError) << error.errorString().toStdString() << "\n" << out;
-        return doc;
-    }
-};
+using test_support::ToolRun;
 
-std::string Quote(const std::string& arg) {
-    std::string quoted = "'";
-    for (char c : arg) quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
-    return quoted + "'";
-}
-
-ToolRun Tool(const std::vector<std::string>& args) {
-    std::string command = Quote(LUMISCOPE_CONFIG_TOOL);
-    for (const auto& arg : args) command += " " + Quote(arg);
-    command += " 2>/dev/null";
-    ToolRun run;
-    FILE* pipe = ::popen(command.c_str(), "r");
-    std::array<char, 4096> buffer{};
-    while (std::size_t n = std::fread(buffer.data(), 1, buffer.size(), pipe)) run.out.append(buffer.data(), n);
-    const int status = ::pclose(pipe);
-    run.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    return run;
-}
+ToolRun Tool(const std::vector<std::string>& args) { return test_support::RunTool(LUMISCOPE_CONFIG_TOOL, args); }
 
 const std::string kSample = LUMISCOPE_SAMPLE_CONFIG_DIR;
 
@@ -107,6 +79,12 @@ TEST(LumiscopeConfig, ThresholdsFromFilesLinksAndTheirMessages) {
         {{"thresholds", "thr.csv", "--size", "2", "--program-path", dir.Path()}, 2, 0, ""},
         {{"thresholds", "thr.csv", "--size", "1", "--program-path", dir.Path()}, -1, 1, "Threshold array out of bounds !"},
         {{"thresholds", "missing.csv", "--size", "2", "--program-path", dir.Path()}, -1, 1, ""},
+        // Link sources are answered by the simulated accelerator of the sample.
+        {{"thresholds", "/ORKA/BLMSRV/LOSS.RING[THRESHOLD]", "--size", "96"}, 3, 0, ""},
+        {{"thresholds", "/ORKA/BLMSRV/LOSS.RING[NOSUCH]", "--size", "96"}, -1, 1, ""},
+        {{"thresholds", "/NOWHERE/SRV/DEV[THRESHOLD]", "--size", "4"}, -1, 1, ""},
+        // More elements than the server's table: it delivers what it has.
+        {{"thresholds", "/ORKA/BLMSRV/LOSS.RING[THRESHOLD]", "--size", "100"}, 3, 0, ""},
     };
     for (const Case& c : cases) {
         const ToolRun run = Tool(c.args);
@@ -122,6 +100,19 @@ TEST(LumiscopeConfig, ThresholdsFromFilesLinksAndTheirMessages) {
     const QJsonObject ok = Tool(cases[0].args).Json().object();
     EXPECT_EQ(ok["HighThresholds"].toArray()[1].toDouble(), 2.5);
     EXPECT_EQ(ok["LowThresholds"].toArray()[0].toDouble(), -1.0);
+
+    // A link fills only the upper thresholds, each inside the channel's range.
+    const QJsonObject link = Tool(cases[3].args).Json().object();
+    const QJsonArray high = link["HighThresholds"].toArray();
+    ASSERT_EQ(high.size(), 96);
+    for (const auto& value : high) {
+        EXPECT_GT(value.toDouble(), 0.0);
+        EXPECT_LT(value.toDouble(), 5000.0);
+    }
+    for (const auto& value : link["LowThresholds"].toArray()) EXPECT_EQ(value.toDouble(), 0.0);
+    const QJsonArray longer = Tool(cases[6].args).Json().object()["HighThresholds"].toArray();
+    EXPECT_EQ(longer[95].toDouble(), high[95].toDouble());
+    EXPECT_EQ(longer[96].toDouble(), 0.0);
 }
 
 TEST(LumiscopeConfig, OneChannelFilePreparesItsThresholdsAndReportsTheMessage) {
