@@ -1,0 +1,12 @@
+#include "ui/controls/event_loop.h"
+
+#include <QCoreApplication>
+
+namespace ui {
+
+void YieldToEventLoop() {
+    if (QCoreApplication::instance() == nullptr) return;
+    QCoreApplication::processEvents();
+}
+
+}  // namespace ui
