@@ -30,6 +30,11 @@ Channel MakeChannel(const catalogue::SpectrumRecord& record, uint64_t seed, int3
     c.context = record.Context;
     c.server = record.Server;
     c.device = record.Device;
+    // History files keep "SERVER/DEVICE" in one field.
+    if (const size_t slash = c.server.find('/'); c.device.empty() && slash != std::string::npos) {
+        c.device = c.server.substr(slash + 1);
+        c.server = c.server.substr(0, slash);
+    }
     c.property = record.Property;
     c.serverAddress = "/" + c.context + "/" + c.server;
     c.hstServer = record.HstServer;
@@ -46,6 +51,7 @@ Channel MakeChannel(const catalogue::SpectrumRecord& record, uint64_t seed, int3
     c.signal.min = record.Min;
     if (c.signal.max <= c.signal.min) c.signal.max = c.signal.min + 1.0f;
     c.signal.size = size;
+    c.signal.currentScale = c.signal.max;
     c.names = ElementNames(c.context, c.server, c.device, size);
     return c;
 }
@@ -69,6 +75,7 @@ public:
             ReadSubsystems(cat.MachineList[m].ConfigFile);
             ReadHistory(cat.MachineList[m].MachineFile);
         }
+        ShareCurrentScales();
         return std::move(model_);
     }
 
@@ -149,6 +156,17 @@ private:
         auto& list = model_.locations[{record.ExtDevNameDev, record.ExtDevNameProp}];
         if (!list.empty()) return;
         list = ElementLocations(ElementNames(record.Context, record.Server, record.Device, record.Size));
+    }
+
+    // A power supply's difference and voltage channels have ranges of their
+    // own; their currents follow the device's set value and its range.
+    void ShareCurrentScales() {
+        for (auto& c : model_.channels) {
+            for (const auto& set : model_.channels)
+                if (set.signal.kind == SignalKind::CurrentSet && set.serverAddress == c.serverAddress &&
+                    set.device == c.device)
+                    c.signal.currentScale = set.signal.max;
+        }
     }
 
     uint64_t seed_;

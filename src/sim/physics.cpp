@@ -53,7 +53,7 @@ double TopUpDecay(int64_t timeMs) {
 // two hours.
 double SetValue(const Signal& s, int32_t element, int64_t timeMs) {
     constexpr int64_t kStepMs = 7'200'000;
-    const double level = (0.45 + 0.4 * Spread(s.key, element, 11)) * s.max;
+    const double level = (0.45 + 0.4 * Spread(s.key, element, 11)) * s.currentScale;
     return level * (1.0 + 0.02 * Noise(s.key, element, timeMs, kStepMs, 12));
 }
 
@@ -64,7 +64,7 @@ double ActualValue(const Signal& s, int32_t element, int64_t timeMs) {
     const double now = SetValue(s, element, timeMs);
     const double before = SetValue(s, element, timeMs - sinceStep - 1);
     const double settled = now + (before - now) * std::exp(-static_cast<double>(sinceStep) / 20'000.0);
-    return settled + 0.0005 * s.max * Noise(s.key, element, timeMs, 1000, 13);
+    return settled + 0.0005 * s.currentScale * Noise(s.key, element, timeMs, 1000, 13);
 }
 
 double OrbitValue(const Signal& s, int32_t element, int64_t timeMs) {

@@ -38,6 +38,9 @@ struct Signal {
     float max = 1.0f;
     float min = 0.0f;
     int32_t size = 1;   // elements of the device (sets the orbit pattern)
+    // Full scale of a power supply's current: the set value's range, shared
+    // by the device's actual, difference and voltage channels.
+    float currentScale = 1.0f;
 };
 
 // Value of `element` at `timeMs` (ms since 1970).

@@ -1,0 +1,126 @@
+// vire-call run as a program against the sample's simulated accelerator.
+#include <gtest/gtest.h>
+
+#include <QJsonArray>
+#include <QJsonObject>
+
+#include "tool_run.h"
+
+namespace {
+
+using test_support::ToolRun;
+
+ToolRun Call(const std::vector<std::string>& args, const std::vector<std::string>& env = {}) {
+    return test_support::RunTool(VIRE_CALL_TOOL, args, env);
+}
+
+TEST(VireCall, ConversionsNeedNoServer) {
+    struct Case { std::vector<std::string> args; std::string out; };
+    const Case cases[] = {
+        {{"--format-name", "5"}, "SINGLE\n"},
+        {{"--format-name", "518"}, "NULL\n"},
+        {{"--format-name", "526"}, "FLTINT\n"},
+        {{"--error-text", "45"}, "time-out: no answer from the server\n"},
+        {{"--error-text", "999"}, "Error undefined\n"},
+        {{"--ctime", "-1"}, "\n"},
+    };
+    for (const Case& c : cases) {
+        const ToolRun run = Call(c.args);
+        EXPECT_EQ(run.exitCode, 0);
+        EXPECT_EQ(run.out, c.out) << c.args[0] << " " << c.args[1];
+    }
+    const ToolRun ctime = test_support::RunTool(VIRE_CALL_TOOL, {"--ctime", "0"}, {"TZ=UTC"});
+    EXPECT_EQ(ctime.out, "Thu Jan  1 00:00:00 1970\n");
+}
+
+TEST(VireCall, JsonAnswersCarryStatusTextFormatAndValues) {
+    struct Case {
+        std::vector<std::string> args;
+        int status;
+        std::string format;
+        int values;
+        std::string first;  // first value as text; "" = not checked
+    };
+    const Case cases[] = {
+        {{"/ORKA/BPMQ1/ORBIT", "ORBIT.X", "--count", "32"}, 0, "SINGLE", 32, ""},
+        {{"/ORKA/BPMQ1/ORBIT", "ORBIT.X"}, 0, "SINGLE", 1, ""},
+        {{"--names", "/ORKA/BLMSRV", "LOSS.FAST"}, 0, "NAME16", 96, "BLM.S01.1"},
+        {{"--names", "/LYRAS/PSSTEER", "CURRENT.SET", "--count", "4"}, 0, "NAME16", 2, "LINAC.STEERER.H01"},
+        {{"--props", "/ORKA/BLMSRV", "HV"}, 0, "NAME32", 4, "HV"},
+        {{"--props", "/ORKA/BLMSRV", "NOSUCH"}, 36, "NAME32", 0, ""},
+        {{"--history", "/ORKA/BPMHIST/BPM.S01.C1", "ORBIT.X.Q1.HIST", "--from", "now-600", "--to", "now"},
+         0, "FLTINT", 10, ""},
+        {{"--spectrum", "/ORKA/OKHISTORY/#0", "CHARGE.P1", "--at", "now-86400", "--count", "1980"}, 0, "SINGLE", 1980, ""},
+        {{"/ORKA/BLMSRV/LOSS.RING", "THRESHOLD[2]", "--write", "12.5", "--user", "visitor"}, 20, "SINGLE", 0, ""},
+        {{"/ORKA/BLMSRV/LOSS.RING", "THRESHOLD[2]", "--write", "12.5", "--user", "operator"}, 0, "SINGLE", 0, ""},
+        {{"/ORKA/NOWHERE/X", "P"}, 2, "SINGLE", 0, ""},
+        {{"/ORKA/BPMQ1/ORBIT", "ORBIT.X", "--format", "LONG"}, 13, "LONG", 0, ""},
+    };
+    for (const Case& c : cases) {
+        std::vector<std::string> args = c.args;
+        args.push_back("--json");
+        const ToolRun run = Call(args);
+        const QJsonObject doc = run.Json().object();
+        EXPECT_EQ(doc["status"].toInt(), c.status) << run.out;
+        EXPECT_EQ(run.exitCode, c.status == 0 ? 0 : 1) << run.out;
+        EXPECT_EQ(doc["format"].toString().toStdString(), c.format) << run.out;
+        EXPECT_FALSE(doc["errorText"].toString().isEmpty());
+        const QJsonArray values = doc["values"].toArray();
+        EXPECT_EQ(values.size(), c.values) << run.out;
+        if (!c.first.empty() && !values.isEmpty()) {
+            EXPECT_EQ(values[0].toString().toStdString(), c.first);
+        }
+    }
+}
+
+TEST(VireCall, HistoryValuesComeWithTheirTimesAndSpectraWithTheirStamp) {
+    const QJsonObject series =
+        Call({"--history", "OKHISTORY", "CURRENT", "--from", "now-7200", "--to", "now", "--count", "3", "--json"})
+            .Json().object();
+    const QJsonArray values = series["values"].toArray();
+    ASSERT_EQ(values.size(), 3);
+    EXPECT_LT(values[0].toObject()["time"].toInt(), values[2].toObject()["time"].toInt());
+    EXPECT_GT(values[0].toObject()["value"].toDouble(), 200.0);
+    const QJsonObject spectrum =
+        Call({"--spectrum", "/ORKA/BPMHIST/#0", "ORBIT.Y.Q4.HIST", "--at", "now-120", "--count", "32", "--json"})
+            .Json().object();
+    EXPECT_GT(spectrum["stamp"].toInt(), 0);
+}
+
+TEST(VireCall, FaultsFromTheEnvironmentAndTextOutput) {
+    const ToolRun down = test_support::RunTool(VIRE_CALL_TOOL, {"/KALM/BPMSRV/LINE", "POS.X", "--count", "12"},
+                                               {"LUMISCOPE_SIM_FAULTS=/KALM/BPMSRV=down"});
+    EXPECT_EQ(down.exitCode, 1);
+    EXPECT_NE(down.out.find("status 2: link error: server not reachable"), std::string::npos) << down.out;
+    const ToolRun code = test_support::RunTool(VIRE_CALL_TOOL, {"/KALM/BPMSRV/LINE", "POS.X", "--json"},
+                                               {"LUMISCOPE_SIM_FAULTS=BPMSRV=code:36"});
+    EXPECT_EQ(code.Json().object()["errorText"].toString().toStdString(), "no data");
+    const ToolRun text = Call({"/KALM/BPMSRV/LINE", "POS.X", "--count", "2"});
+    EXPECT_EQ(text.exitCode, 0);
+    EXPECT_EQ(text.out.rfind("/KALM/BPMSRV/LINE POS.X: 2 SINGLE\n0  ", 0), 0u) << text.out;
+    EXPECT_NE(text.out.find("\nstatus 0: success\n"), std::string::npos);
+}
+
+TEST(VireCall, UsageErrorsExitWith2AndCallNothing) {
+    const std::vector<std::vector<std::string>> cases = {
+        {},
+        {"/ORKA/BPMQ1/ORBIT"},
+        {"/ORKA/BPMQ1/ORBIT", "ORBIT.X", "--count"},
+        {"/ORKA/BPMQ1/ORBIT", "ORBIT.X", "--count", "-3"},
+        {"/ORKA/BPMQ1/ORBIT", "ORBIT.X", "--format", "FLOAT"},
+        {"/ORKA/BPMQ1/ORBIT", "ORBIT.X", "--write", "1,x"},
+        {"/ORKA/BPMQ1/ORBIT", "ORBIT.X", "--bogus"},
+        {"--spectrum", "/ORKA/BPMHIST/#0", "P", "--at", "now"},
+        {"--history", "A", "P", "--from", "yesterday"},
+        {"--format-name", "70000"},
+        {"--ctime", "soon"},
+        {"--props"},
+    };
+    for (const auto& args : cases) {
+        const ToolRun run = test_support::RunTool(VIRE_CALL_TOOL, args, {}, true);
+        EXPECT_EQ(run.exitCode, 2) << run.out;
+        EXPECT_NE(run.out.find("usage: vire-call"), std::string::npos);
+    }
+}
+
+}  // namespace

@@ -1,0 +1,130 @@
+#include "sim_fixture.h"
+
+namespace {
+
+using sim_test::kNowS;
+using sim_test::SimTest;
+
+constexpr int32_t kDay = 86400;
+
+TEST_F(SimTest, LocalHistoryCoversTheLastDaysTheArchiveReachesFurtherAtCoarserSteps) {
+    struct Case {
+        const char* device;
+        const char* property;
+        int64_t from, to;
+        int32_t count;
+        size_t points;
+        int32_t step;  // between consecutive time stamps; 0 = not checked
+    };
+    const Case cases[] = {
+        // Ten minutes of the local history: one value a minute, both ends included.
+        {"/ORKA/BPMHIST/BPM.S01.C2", "ORBIT.X.Q1.HIST", kNowS - 600, kNowS, 999, 11, 60},
+        // More recorded than asked for: spread over the window, at most the count.
+        {"/ORKA/BPMHIST/BPM.S01.C2", "ORBIT.X.Q1.HIST", kNowS - kDay, kNowS, 100, 100, 0},
+        // Before the local history's first day: nothing there, and no error.
+        {"/ORKA/BPMHIST/BPM.S01.C2", "ORBIT.X.Q1.HIST", kNowS - 10 * kDay, kNowS - 9 * kDay, 999, 0, 0},
+        // The archiver has it, a value every quarter hour.
+        {"/ORKA/OKHISTORY/BPM.S01.C2", "ORBIT.X.Q1", kNowS - 10 * kDay, kNowS - 10 * kDay + 3600, 999, 5, 900},
+        // The machine quantities of the history files, by the machine's archiver name.
+        {"OKHISTORY", "CURRENT", kNowS - 3600, kNowS, 999, 5, 900},
+        {"/ORKA/MACHHIST/RING", "LIFETIME.HIST", kNowS - 120, kNowS, 999, 3, 60},
+        // Numbered elements of a server without names.
+        {"/ORKA/BCMHIST/#17", "CHARGE.P1.HIST", kNowS - 60, kNowS, 999, 2, 60},
+        // Start after stop, and a window in the future.
+        {"/ORKA/BPMHIST/BPM.S01.C2", "ORBIT.X.Q1.HIST", kNowS, kNowS - 600, 999, 0, 0},
+        {"/ORKA/BPMHIST/BPM.S01.C2", "ORBIT.X.Q1.HIST", kNowS + 60, kNowS + 600, 999, 0, 0},
+    };
+    for (const Case& c : cases) {
+        const auto r = History(c.device, c.property, {static_cast<int32_t>(c.from), static_cast<int32_t>(c.to)}, c.count);
+        ASSERT_EQ(r.status, 0) << c.device << " " << c.property;
+        EXPECT_EQ(r.values.size(), c.points) << c.device << " " << c.property;
+        for (size_t i = 0; i < r.times.size(); ++i) {
+            EXPECT_GE(r.times[i], c.from);
+            EXPECT_LE(r.times[i], c.to);
+            if (i == 0) continue;
+            EXPECT_GT(r.times[i], r.times[i - 1]);
+            if (c.step > 0) {
+                EXPECT_EQ(r.times[i] - r.times[i - 1], c.step);
+            }
+        }
+    }
+}
+
+TEST_F(SimTest, HistoryAgreesWithWhatWasLiveAtTheSameMoment) {
+    const auto live = Floats("/ORKA/DCCT/RING", "CURRENT", 1);
+    const auto local = History("/ORKA/MACHHIST/RING", "CURRENT.HIST", {static_cast<int32_t>(kNowS - 60), static_cast<int32_t>(kNowS)}, 10);
+    const auto archive = History("OKHISTORY", "CURRENT", {static_cast<int32_t>(kNowS - 60), static_cast<int32_t>(kNowS)}, 10);
+    ASSERT_FALSE(local.times.empty());
+    ASSERT_FALSE(archive.times.empty());
+    ASSERT_EQ(local.times.back(), kNowS);
+    ASSERT_EQ(archive.times.back(), kNowS);
+    EXPECT_EQ(local.values.back(), live.values[0]);
+    EXPECT_EQ(archive.values.back(), live.values[0]);
+}
+
+TEST_F(SimTest, ProbesCountWhatAWindowHoldsOnEachSource) {
+    struct Case { const char* device; const char* property; int64_t from, to; int32_t points; };
+    const Case cases[] = {
+        {"/ORKA/BPMHIST/#1", "ORBIT.X.Q1.HIST", kNowS - 3600, kNowS, 61},
+        {"/ORKA/OKHISTORY/#1", "ORBIT.X.Q1", kNowS - 3600, kNowS, 5},
+        {"/ORKA/BPMHIST/#1", "ORBIT.X.Q1.HIST", kNowS - 30 * kDay, kNowS - 29 * kDay, 0},
+        {"/ORKA/OKHISTORY/#1", "ORBIT.X.Q1", kNowS - 30 * kDay, kNowS - 29 * kDay, 97},
+        // A probe counts everything, even more than one read could fetch.
+        {"/ORKA/BPMHIST/#1", "ORBIT.X.Q1.HIST", kNowS - 2 * kDay, kNowS, 2881},
+    };
+    for (const Case& c : cases) {
+        const auto r = History(c.device, c.property, {static_cast<int32_t>(c.from), static_cast<int32_t>(c.to), 0}, 1);
+        ASSERT_EQ(r.status, 0) << c.device;
+        ASSERT_EQ(r.times.size(), 1u);
+        EXPECT_EQ(r.times[0], c.points) << c.device << " " << c.from;
+    }
+}
+
+TEST_F(SimTest, WholeSpectraComeFromTheRecordedTimeAtOrBeforeTheOneAsked) {
+    const auto at = History("/ORKA/BCMHIST/#0", "CHARGE.P2.HIST", {static_cast<int32_t>(kNowS - 30), static_cast<int32_t>(kNowS - 30), 0},
+                            1980, vire::kFormatSingle);
+    ASSERT_EQ(at.status, 0);
+    EXPECT_EQ(at.values.size(), 1980u);
+    EXPECT_EQ(at.stamp, kNowS - 60);
+    const auto fewer = History("/ORKA/BCMHIST/#0", "CHARGE.P2.HIST", {static_cast<int32_t>(kNowS - 30), 0, 0}, 10, vire::kFormatSingle);
+    EXPECT_EQ(fewer.values.size(), 10u);
+    EXPECT_EQ(fewer.values[9], at.values[9]);
+
+    struct Case { const char* device; const char* property; int64_t t; int16_t format; vire::Status status; };
+    const Case cases[] = {
+        {"/ORKA/BCMHIST/#0", "CHARGE.P2.HIST", kNowS - 10 * kDay, vire::kFormatSingle, vire::kNoData},
+        {"/ORKA/OKHISTORY/#0", "CHARGE.P2", kNowS - 10 * kDay, vire::kFormatSingle, 0},
+        {"/ORKA/OKHISTORY/#0", "CHARGE.P2", kNowS - 1000 * kDay, vire::kFormatSingle, vire::kNoData},
+        {"/ORKA/OKHISTORY/#0", "CHARGE.P2", kNowS + 3600, vire::kFormatSingle, vire::kNoData},
+        {"/ORKA/OKHISTORY/#0", "CHARGE.P2", kNowS, vire::kFormatFltInt, vire::kFormatMismatch},
+        {"/ORKA/OKHISTORY/#0", "NOSUCH", kNowS, vire::kFormatSingle, vire::kUnknownProperty},
+    };
+    for (const Case& c : cases) {
+        const auto r = History(c.device, c.property, {static_cast<int32_t>(c.t), static_cast<int32_t>(c.t), 0}, 1980, c.format);
+        EXPECT_EQ(r.status, c.status) << c.device << " " << c.t;
+    }
+}
+
+TEST_F(SimTest, HistoryReadsCheckTheirInputFormatAndElement) {
+    struct Case { const char* device; const char* property; std::vector<int32_t> input; int16_t format; vire::Status status; };
+    const int32_t from = static_cast<int32_t>(kNowS - 600), to = static_cast<int32_t>(kNowS);
+    const Case cases[] = {
+        {"/ORKA/BPMHIST/BPM.S01.C2", "ORBIT.X.Q1.HIST", {from}, vire::kFormatFltInt, vire::kInvalidInput},
+        {"/ORKA/BPMHIST/BPM.S01.C2", "ORBIT.X.Q1.HIST", {}, vire::kFormatFltInt, vire::kInvalidInput},
+        {"/ORKA/BPMHIST/BPM.S01.C2", "ORBIT.X.Q1.HIST", {from, to, 1}, vire::kFormatFltInt, 0},
+        {"/ORKA/BPMHIST/BPM.S01.C2", "ORBIT.X.Q1.HIST", {from, to}, vire::kFormatSingle, vire::kFormatMismatch},
+        // An element of another quadrant is not in this quadrant's history.
+        {"/ORKA/BPMHIST/BPM.S09.C1", "ORBIT.X.Q1.HIST", {from, to}, vire::kFormatFltInt, vire::kUnknownDevice},
+        {"/ORKA/BPMHIST/BPM.S09.C1", "ORBIT.X.Q3.HIST", {from, to}, vire::kFormatFltInt, 0},
+        {"/ORKA/BCMHIST/#1980", "CHARGE.P1.HIST", {from, to}, vire::kFormatFltInt, vire::kUnknownDevice},
+        {"/ORKA/BPMHIST/BPM.S01.C2", "NOSUCH.HIST", {from, to}, vire::kFormatFltInt, vire::kUnknownProperty},
+        {"/KALM/KALMHISTORY/KBPM.03", "POS.X", {from, to}, vire::kFormatFltInt, 0},
+        {"HISTORY", "CURRENT", {from, to}, vire::kFormatFltInt, vire::kUnknownProperty},
+    };
+    for (const Case& c : cases) {
+        const auto r = History(c.device, c.property, c.input, 999, c.format);
+        EXPECT_EQ(r.status, c.status) << c.device << " " << c.property << " inputs " << c.input.size();
+    }
+}
+
+}  // namespace
