@@ -1,0 +1,137 @@
+// The month calendar: days and their local midnights, limits, user clicks.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QSignalSpy>
+#include <QTableView>
+#include <QTest>
+#include <cstdlib>
+#include <ctime>
+
+#include "ui/controls/month_calendar.h"
+
+namespace ui {
+namespace {
+
+// Sets the process's time zone for one scope.
+class ScopedTimeZone {
+public:
+    explicit ScopedTimeZone(const char* zone) {
+        if (const char* old = std::getenv("TZ")) previous_ = old, hadOne_ = true;
+        setenv("TZ", zone, 1);
+        tzset();
+    }
+    ~ScopedTimeZone() {
+        if (hadOne_)
+            setenv("TZ", previous_.c_str(), 1);
+        else
+            unsetenv("TZ");
+        tzset();
+    }
+
+private:
+    std::string previous_;
+    bool hadOne_ = false;
+};
+
+constexpr const char* kUtc = "UTC0";
+constexpr const char* kCentralEurope = "CET-1CEST,M3.5.0,M10.5.0/3";
+
+TEST(LocalMidnight, DaysConvertToTheSecondsOfTheirLocalMidnightAndBack) {
+    struct Case { const char* zone; QDate date; int32_t seconds; };
+    const Case cases[] = {
+        {kUtc, QDate(1970, 1, 1), 0},
+        {kUtc, QDate(2024, 2, 29), 1709164800},
+        {kUtc, QDate(2038, 1, 19), 2147472000},
+        {kCentralEurope, QDate(2024, 3, 31), 1711839600},  // a 23-hour day
+        {kCentralEurope, QDate(2024, 4, 1), 1711922400},
+        {kCentralEurope, QDate(2024, 10, 27), 1729980000},  // a 25-hour day
+        {kCentralEurope, QDate(2038, 1, 19), 2147468400},
+    };
+    for (const Case& c : cases) {
+        ScopedTimeZone zone(c.zone);
+        const std::string name = c.zone + (" " + c.date.toString(Qt::ISODate).toStdString());
+        EXPECT_EQ(LocalMidnightSeconds(c.date), c.seconds) << name;
+        EXPECT_EQ(LocalDateOfSeconds(c.seconds), c.date) << name;
+        // The second before midnight is the day before (before 1970: no day).
+        EXPECT_EQ(LocalDateOfSeconds(c.seconds - 1), c.seconds ? c.date.addDays(-1) : QDate()) << name;
+        EXPECT_EQ(LocalDateOfSeconds(static_cast<int64_t>(c.seconds) + 82799), c.date) << name;
+    }
+}
+
+TEST(LocalMidnight, DaysOutsideThe32BitRangeGiveMinusOne) {
+    struct Case { const char* zone; QDate date; };
+    const Case cases[] = {
+        {kUtc, QDate(1969, 12, 31)},
+        {kCentralEurope, QDate(1970, 1, 1)},  // 23:00 the day before, in UTC
+        {kUtc, QDate(2038, 1, 20)},
+        {kUtc, QDate()},
+        {kUtc, QDate(2024, 2, 30)},
+    };
+    for (const Case& c : cases) {
+        ScopedTimeZone zone(c.zone);
+        EXPECT_EQ(LocalMidnightSeconds(c.date), -1) << c.zone << " " << c.date.toString().toStdString();
+    }
+    EXPECT_FALSE(LocalDateOfSeconds(-1).isValid());
+}
+
+TEST(MonthCalendar, ValueStaysWithinItsLimits) {
+    ScopedTimeZone zone(kUtc);
+    MonthCalendar calendar;
+    EXPECT_EQ(calendar.objectName(), "MonthView1");
+    const QDate today(2024, 2, 29);
+    // Start-up: value and both limits on today.
+    calendar.SetValue(today);
+    calendar.SetMinDate(today);
+    calendar.SetMaxDate(today);
+    EXPECT_EQ(calendar.Value(), today);
+    EXPECT_EQ(calendar.ValueSeconds(), 1709164800);
+    EXPECT_EQ(calendar.yearShown(), 2024);
+    EXPECT_EQ(calendar.monthShown(), 2);
+
+    struct Case { QDate set; QDate value; };
+    const Case cases[] = {
+        {QDate(2024, 2, 28), today}, {QDate(2024, 3, 1), today}, {QDate(), today}, {today, today},
+    };
+    for (const Case& c : cases) {
+        calendar.SetValue(c.set);
+        EXPECT_EQ(calendar.Value(), c.value) << c.set.toString().toStdString();
+    }
+
+    // Wider limits: the value moves freely; a limit past it pulls it along.
+    calendar.SetMinDate(QDate(2024, 1, 1));
+    calendar.SetMaxDate(QDate(2024, 12, 31));
+    calendar.SetValue(QDate(2024, 6, 15));
+    EXPECT_EQ(calendar.Value(), QDate(2024, 6, 15));
+    EXPECT_EQ(calendar.monthShown(), 6);
+    calendar.SetMaxDate(QDate(2024, 5, 31));
+    EXPECT_EQ(calendar.Value(), QDate(2024, 5, 31));
+    calendar.SetMinDate(QDate());
+    EXPECT_EQ(calendar.MinDate(), QDate(2024, 1, 1));
+}
+
+TEST(MonthCalendar, AUserClickOnADaySignalsThatDayButCodeDoesNot) {
+    MonthCalendar calendar;
+    calendar.SetValue(QDate(2025, 2, 3));
+    calendar.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&calendar));
+    QSignalSpy clicks(&calendar, &MonthCalendar::DateClick);
+    calendar.SetValue(QDate(2025, 2, 20));
+    EXPECT_EQ(clicks.count(), 0);
+
+    // Day 15 appears once on any month page.
+    auto* days = calendar.findChild<QTableView*>();
+    ASSERT_NE(days, nullptr);
+    QModelIndex fifteenth;
+    for (int r = 0; r < days->model()->rowCount() && !fifteenth.isValid(); ++r)
+        for (int c = 0; c < days->model()->columnCount(); ++c)
+            if (days->model()->index(r, c).data().toString() == "15") fifteenth = days->model()->index(r, c);
+    ASSERT_TRUE(fifteenth.isValid());
+    QTest::mouseClick(days->viewport(), Qt::LeftButton, {}, days->visualRect(fifteenth).center());
+    ASSERT_EQ(clicks.count(), 1);
+    EXPECT_EQ(clicks.at(0).at(0).toDate(), QDate(2025, 2, 15));
+    EXPECT_EQ(calendar.Value(), QDate(2025, 2, 15));
+}
+
+}  // namespace
+}  // namespace ui
