@@ -1,6 +1,7 @@
 #include "catalogue/numbers.h"
 
 #include <cfloat>
+#include <charconv>
 #include <cmath>
 #include <cstdlib>
 #include <limits>
@@ -93,5 +94,15 @@ Int RoundTo(double value) {
 
 int16_t RoundToInt16(double value) { return RoundTo<int16_t>(value); }
 int32_t RoundToInt32(double value) { return RoundTo<int32_t>(value); }
+
+bool ParseInteger(std::string_view text, int64_t low, int64_t high, int64_t& value) {
+    int64_t parsed = 0;
+    const char* end = text.data() + text.size();
+    const auto result = std::from_chars(text.data(), end, parsed);
+    if (text.empty() || result.ec != std::errc() || result.ptr != end || parsed < low || parsed > high)
+        return false;
+    value = parsed;
+    return true;
+}
 
 }  // namespace catalogue

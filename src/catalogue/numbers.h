@@ -25,4 +25,9 @@ float ToSingle(double value);
 int16_t RoundToInt16(double value);
 int32_t RoundToInt32(double value);
 
+// A whole decimal number and nothing else (no blanks, no fraction) within
+// [low, high], for the tools' options and the simulation's settings, where
+// the lenient reading of the tables would hide a typing error.
+bool ParseInteger(std::string_view text, int64_t low, int64_t high, int64_t& value);
+
 }  // namespace catalogue

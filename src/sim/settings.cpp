@@ -7,6 +7,7 @@
 #include <filesystem>
 
 #include "catalogue/files.h"
+#include "catalogue/numbers.h"
 #include "catalogue/runtime_error.h"
 #include "catalogue/table.h"
 
@@ -24,15 +25,6 @@ std::vector<std::string> SplitList(const std::string& text, char separator) {
     }
 }
 
-bool ParseInteger(const std::string& text, long long low, long long high, long long& value) {
-    if (text.empty()) return false;
-    char* end = nullptr;
-    errno = 0;
-    const long long parsed = std::strtoll(text.c_str(), &end, 10);
-    if (errno != 0 || *end != '\0' || parsed < low || parsed > high) return false;
-    value = parsed;
-    return true;
-}
 
 void AddFault(SimulationSettings& settings, const std::string& target, const std::string& text,
               const std::string& where) {
@@ -46,13 +38,13 @@ void AddFault(SimulationSettings& settings, const std::string& target, const std
 
 void ApplySetting(SimulationSettings& settings, const std::string& name, const std::string& target,
                   const std::string& value, const std::string& where) {
-    long long number = 0;
+    int64_t number = 0;
     auto positive = [&](int32_t& field) {
-        if (ParseInteger(value, 1, 36500, number)) field = static_cast<int32_t>(number);
+        if (catalogue::ParseInteger(value, 1, 36500, number)) field = static_cast<int32_t>(number);
         else settings.problems.push_back(where + ": unreadable " + name + " \"" + value + "\"");
     };
     if (name == "SEED") {
-        if (ParseInteger(value, 0, INT64_MAX, number)) settings.seed = static_cast<uint64_t>(number);
+        if (catalogue::ParseInteger(value, 0, INT64_MAX, number)) settings.seed = static_cast<uint64_t>(number);
         else settings.problems.push_back(where + ": unreadable SEED \"" + value + "\"");
     } else if (name == "WRITER") {
         if (!value.empty()) settings.writers.insert(value);
@@ -138,8 +130,8 @@ bool ParseFault(const std::string& text, Fault& fault) {
         fault = Fault{Fault::Kind::Slow, 0};
         return true;
     }
-    long long code = 0;
-    if (lower.rfind("code:", 0) == 0 && ParseInteger(lower.substr(5), INT16_MIN, INT16_MAX, code) &&
+    int64_t code = 0;
+    if (lower.rfind("code:", 0) == 0 && catalogue::ParseInteger(lower.substr(5), INT16_MIN, INT16_MAX, code) &&
         code != 0) {
         fault = Fault{Fault::Kind::Code, static_cast<int16_t>(code)};
         return true;

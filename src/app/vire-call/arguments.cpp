@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <limits>
 
+#include "catalogue/numbers.h"
 #include "vire/formats.h"
 
 const char* const kUsage =
@@ -20,15 +21,6 @@ const char* const kUsage =
 
 namespace {
 
-bool ParseInteger(const std::string& text, int64_t low, int64_t high, int64_t& value) {
-    if (text.empty()) return false;
-    char* end = nullptr;
-    errno = 0;
-    const long long parsed = std::strtoll(text.c_str(), &end, 10);
-    if (errno != 0 || *end != '\0' || parsed < low || parsed > high) return false;
-    value = parsed;
-    return true;
-}
 
 bool ParseTime(const std::string& text, int64_t now, int64_t& value) {
     if (text == "now") {
@@ -36,11 +28,11 @@ bool ParseTime(const std::string& text, int64_t now, int64_t& value) {
         return true;
     }
     int64_t back = 0;
-    if (text.rfind("now-", 0) == 0 && ParseInteger(text.substr(4), 0, std::numeric_limits<int32_t>::max(), back)) {
+    if (text.rfind("now-", 0) == 0 && catalogue::ParseInteger(text.substr(4), 0, std::numeric_limits<int32_t>::max(), back)) {
         value = now - back;
         return true;
     }
-    return ParseInteger(text, std::numeric_limits<int32_t>::min(), std::numeric_limits<int32_t>::max(), value);
+    return catalogue::ParseInteger(text, std::numeric_limits<int32_t>::min(), std::numeric_limits<int32_t>::max(), value);
 }
 
 std::vector<std::string> SplitCommas(const std::string& text) {
@@ -83,10 +75,10 @@ std::string ParseArguments(const std::vector<std::string>& args, int64_t now, Ca
                                                   : CallKind::Ctime;
             const int64_t low = parsed.kind == CallKind::Ctime ? std::numeric_limits<int64_t>::min() / 2 : -32768;
             const int64_t high = parsed.kind == CallKind::Ctime ? std::numeric_limits<int64_t>::max() / 2 : 32767;
-            if (!value(text) || !ParseInteger(text, low, high, parsed.number))
+            if (!value(text) || !catalogue::ParseInteger(text, low, high, parsed.number))
                 return arg + " needs a number" + (parsed.kind == CallKind::Ctime ? "" : " from -32768 to 32767");
         } else if (arg == "--count") {
-            if (!value(text) || !ParseInteger(text, 0, 1'000'000, number)) return "--count needs a number from 0 to 1000000";
+            if (!value(text) || !catalogue::ParseInteger(text, 0, 1'000'000, number)) return "--count needs a number from 0 to 1000000";
             parsed.count = static_cast<int32_t>(number);
             parsed.countGiven = true;
         } else if (arg == "--format") {
@@ -113,10 +105,10 @@ std::string ParseArguments(const std::vector<std::string>& args, int64_t now, Ca
             if (!value(text) || !ParseTime(text, now, number)) return arg + " needs a time";
             (arg == "--from" ? parsed.from : arg == "--to" ? parsed.to : parsed.at) = number;
         } else if (arg == "--mode") {
-            if (!value(text) || !ParseInteger(text, -1000, 1000, number)) return "--mode needs a number";
+            if (!value(text) || !catalogue::ParseInteger(text, -1000, 1000, number)) return "--mode needs a number";
             parsed.mode = static_cast<int32_t>(number);
         } else if (arg == "--timeout") {
-            if (!value(text) || !ParseInteger(text, 0, 600'000, number)) return "--timeout needs milliseconds";
+            if (!value(text) || !catalogue::ParseInteger(text, 0, 600'000, number)) return "--timeout needs milliseconds";
             parsed.timeoutMs = static_cast<int32_t>(number);
         } else if (arg == "--config") {
             if (!value(parsed.configDir)) return "--config needs a directory";
