@@ -4,6 +4,7 @@
 #include <QJsonArray>
 #include <QJsonObject>
 
+#include "sim/simulated_accelerator.h"
 #include "tool_run.h"
 
 namespace {
@@ -99,6 +100,29 @@ TEST(VireCall, FaultsFromTheEnvironmentAndTextOutput) {
     EXPECT_EQ(text.exitCode, 0);
     EXPECT_EQ(text.out.rfind("/KALM/BPMSRV/LINE POS.X: 2 SINGLE\n0  ", 0), 0u) << text.out;
     EXPECT_NE(text.out.find("\nstatus 0: success\n"), std::string::npos);
+}
+
+TEST(VireCall, ReadsEveryChannelOfTheSampleWithItsNamesAndHistory) {
+    const sim::SimulatedAccelerator sample(LUMISCOPE_SAMPLE_CONFIG_DIR, sim::SimulationSettings{});
+    ASSERT_GT(sample.model().channels.size(), 60u);
+    for (const auto& c : sample.model().channels) {
+        const std::string device = c.serverAddress + "/" + c.device;
+        const QJsonObject live = Call({device, c.property, "--count", std::to_string(c.size), "--json"}).Json().object();
+        EXPECT_EQ(live["status"].toInt(), 0) << device << " " << c.property;
+        EXPECT_EQ(live["values"].toArray().size(), c.size) << device << " " << c.property;
+        if (c.size > 1) {
+            const QJsonObject names = Call({"--names", c.serverAddress, c.property, "--json"}).Json().object();
+            EXPECT_EQ(names["status"].toInt(), 0) << c.serverAddress << " " << c.property;
+        }
+        if (!c.hstServer.empty()) {
+            const std::string probe = c.hstServer + "/#1";
+            const QJsonObject history =
+                Call({"--history", probe, c.hstProperty, "--from", "now-3600", "--to", "now", "--count", "1", "--json"})
+                    .Json().object();
+            EXPECT_EQ(history["status"].toInt(), 0) << probe << " " << c.hstProperty;
+            EXPECT_EQ(history["values"].toArray().size(), 1) << probe;
+        }
+    }
 }
 
 TEST(VireCall, UsageErrorsExitWith2AndCallNothing) {
