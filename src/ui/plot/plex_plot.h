@@ -1,0 +1,206 @@
+// The plot-and-link component: one class for the spectrum plot and the three
+// trend plots of the viewer window (PLEXPlotSpectrum, PLEXPlotSelected,
+// PLEXPlotExtra, PLEXPlotAccelerator).
+//
+// Traces, texts and marks are held by 32-bit handle (-1 = none; handles are
+// never reused, so a stale handle finds nothing). The plot also holds live
+// links to the middleware and raises DataReceive when a round of them has
+// delivered. All calls and signals run on the UI thread.
+#pragma once
+
+#include <QPoint>
+#include <QWidget>
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "ui/plot/colour.h"
+#include "ui/plot/live_links.h"
+#include "ui/plot/plot_model.h"
+
+namespace ui {
+
+class PlotCanvas;
+
+class PlexPlot : public QWidget {
+    Q_OBJECT
+public:
+    explicit PlexPlot(QWidget* parent = nullptr);
+    ~PlexPlot() override;
+
+    // --- Traces (new traces take the fore colour and the trace style) ---
+    // A trace of the first `count` values (at most the buffer's size), point i
+    // at x = i; `labels` name the elements and label the x axis.
+    int32_t CreateTrace(int32_t count, std::span<const float> values,
+                        std::span<const std::string> labels = {}, int16_t lineWidth = 1,
+                        int16_t symbol = kSymbolNone);
+    // A trace of `count` points at the given x positions.
+    int32_t CreateTraceXY(int32_t count, std::span<const double> xs, std::span<const float> values,
+                          int16_t lineWidth = 1, int16_t symbol = kSymbolNone);
+    // New values for a trace (its x positions and labels stay); false for an unknown handle.
+    bool UpdateTrace(int32_t trace, std::span<const float> values, int32_t count);
+    // Removes one trace; false when the handle names none (-1, unknown, already deleted).
+    bool DeleteTrace(int32_t trace);
+    // Removes every trace.
+    void RemoveAllTraces();
+    // Shows or hides a trace; false for an unknown handle.
+    bool ShowTrace(int32_t trace, bool visible);
+    // Takes the first `count` values as the plot's reference data, which
+    // relative traces are shown against; `trace` must name a trace. The data
+    // outlive that trace (until Clear).
+    bool SetReferenceData(int32_t trace, std::span<const float> values, int32_t count);
+    // Shows a trace as its values minus the reference data (points beyond
+    // the reference as they are); false for an unknown handle.
+    bool SetRelativeDisplay(bool on, int32_t trace);
+    // An own vertical scale for a trace, used while the axis mode is not
+    // the common scale; false for an unknown handle or a non-finite limit.
+    bool SetTraceRange(int32_t trace, double yMin, double yMax);
+    // Copies a trace's values and x positions out; the number of points (0 for an unknown handle).
+    int32_t ReadTracePoints(int32_t trace, std::vector<float>& values, std::vector<double>& xs) const;
+    // Style new traces take: 1 threshold, 2 normal, 8 reference.
+    void SetTraceStyle(int32_t style);
+    int32_t TraceStyle() const { return model_.traceStyle; }
+    // Colour (0x00BBGGRR) new traces and texts take.
+    void SetForeColour(Colour colour);
+    Colour ForeColour() const { return model_.foreColour; }
+
+    // --- Texts at axis coordinates (top left corner at x, y) ---
+    int32_t DrawText(double x, double y, const std::string& text);
+    // Removes one text; false when the handle names none.
+    bool RemoveText(int32_t text);
+    void RemoveAllTexts();
+
+    // --- Axes ---
+    double XMax() const { return model_.limits.xMax; }
+    double XMin() const { return model_.limits.xMin; }
+    double YMax() const { return model_.limits.yMax; }
+    double YMin() const { return model_.limits.yMin; }
+    // Each limit is kept exactly as set; a non-finite value is ignored.
+    void SetXMax(double value);
+    void SetXMin(double value);
+    void SetYMax(double value);
+    void SetYMin(double value);
+    // Both x limits at once (the zoom does not count this as zooming).
+    void SetXRange(double start, double end);
+    void SetXLabel(const std::string& label);
+    std::string XLabel() const;
+    void SetYLabel(const std::string& label);
+    std::string YLabel() const;
+    // Caption above the plot; empty for none.
+    void SetCaption(const std::string& caption);
+    std::string Caption() const;
+    // 25 = common scale (every trace on the plot's scale); otherwise traces
+    // with an own range are drawn on it.
+    void SetAxisMode(int16_t mode);
+    int16_t AxisMode() const { return model_.axisMode; }
+    // Lets each flagged limit (non-zero) follow the data of the visible traces.
+    void AutoScale(int16_t xMinFlag, int16_t xMaxFlag, int16_t yMinFlag, int16_t yMaxFlag);
+    // x as Unix seconds with date/time ticks.
+    void SetTimeAxis(bool on);
+    bool TimeAxis() const { return model_.timeAxis; }
+    // The 24-character date/time text of an x position ("" for none).
+    std::string XToTimeText(double x) const;
+
+    // --- Zoom ---
+    // True after a zoom rectangle was dragged, until UnZoom (or a backward
+    // drag or double click) restores the limits held before the first zoom.
+    bool IsZoomed() const { return zoomed_; }
+    // Back to the limits before the first zoom, raising ZoomEvent; false when not zoomed.
+    bool UnZoom();
+    // On while the plot shows a past time window: time ticks carry the date.
+    void SetHistoryDisplay(bool on);
+    bool HistoryDisplay() const { return model_.historyDisplay; }
+
+    // --- Cursor and marks ---
+    // Puts the vertical cursor at x (shows it; raises no event).
+    void SetCursorX(double x);
+    double CursorX() const { return model_.cursorX; }
+    void SetCursorVisible(bool visible);
+    bool CursorVisible() const { return model_.cursorVisible; }
+    // Text beside the cursor; empty for none.
+    void SetCursorCaption(const std::string& caption);
+    std::string CursorCaption() const { return model_.cursorCaption; }
+    // Full label of the element under the mouse ("" where none).
+    std::string HoverLabel() const { return model_.hoverLabel; }
+    // Colour (0x00BBGGRR) new marks take.
+    void SetMarkColour(Colour colour);
+    Colour MarkColour() const { return model_.markColour; }
+    // A mark at an element position (x); returns its handle.
+    int32_t AddMark(double x);
+    bool RemoveMark(int32_t mark);
+    void RemoveAllMarks();
+
+    // --- Trend traces ---
+    // Data-received events raised since the last Clear: the points a handler
+    // appends in one event share one counter.
+    int32_t PointCounter() const { return pointCounter_; }
+    // Appends a point: at the clock's present time (Unix seconds) with flag
+    // 1, at x = counter otherwise; beyond the trend capacity the oldest
+    // point is dropped. False for an unknown handle.
+    bool AppendPoint(int32_t trace, float value, int32_t counter, int16_t flag);
+    // Points a trend trace keeps (at least 1; 2000 at start).
+    void SetTrendCapacity(int32_t points);
+    int32_t TrendCapacity() const { return trendCapacity_; }
+
+    // --- Live link (parameters apply to the next Attach) ---
+    void SetAccessMode(const std::string& mode);  // "POLL"
+    void SetPollingInterval(int32_t milliseconds);
+    void SetProtocol(const std::string& protocol);  // "VIRE"
+    void SetContext(const std::string& context);
+    void SetServer(const std::string& server);
+    void SetDevice(const std::string& device);
+    void SetProperty(const std::string& property);
+    const LinkParameters& LinkSettings() const { return links_.parameters; }
+    // Starts a link reading as many 32-bit floats as the buffer holds from
+    // "/" + context + "/" + server + "/" + device; its link number, or -1.
+    int32_t Attach(std::span<const float> buffer);
+    // Stops one link; false for an unknown link number.
+    bool Detach(int32_t link);
+    void DetachAll();
+    int32_t LinkCount() const { return links_.Count(); }
+    // The values last received on a link: its first value, or as many as the
+    // target holds (returns how many). Nothing is written before a good delivery.
+    bool ReadLinkData(int32_t link, float& value) const;
+    int32_t ReadLinkData(int32_t link, std::span<float> target) const;
+
+    // Removes traces, texts, marks, reference data and links; ends the zoom
+    // and restarts the point counter. Limits, labels and caption stay.
+    void Clear();
+
+    // What the plot shows (read-only).
+    const PlotModel& Model() const { return model_; }
+    PlotCanvas* Canvas() const { return canvas_; }
+
+signals:
+    // A round of the live links has delivered; error = completion code of
+    // the first failed link of the round, 0 when all succeeded.
+    void DataReceive(int32_t link, int16_t error);
+    // The user zoomed (or unzoomed): the new ranges.
+    void ZoomEvent(double newStart, double newEnd, double newYMin, double newYMax);
+    // The mouse moved over the plot area (the cursor follows it).
+    void CursorMove(double x, double y);
+    // A click (press and release without dragging) in the plot area.
+    void CursorClick(double x, double y);
+    // Right button: the caller pops up its menu here.
+    void OptionsRequest(QPoint globalPosition);
+
+private:
+    void LimitsChanged();
+    void LabelsChanged();
+    void OnZoomDragged(double x0, double x1, double y0, double y1);
+    void OnMouseMoved(double x, double y);
+    void OnRound(int32_t link, vire::Status status);
+    Trace* FindTrace(int32_t trace);
+
+    PlotModel model_;
+    PlotCanvas* canvas_ = nullptr;
+    LiveLinks links_;
+    bool zoomed_ = false;
+    AxisLimits beforeZoom_;
+    int32_t pointCounter_ = 0;
+    int32_t trendCapacity_ = 2000;
+};
+
+}  // namespace ui

@@ -1,0 +1,349 @@
+#include "ui/plot/plot_canvas.h"
+
+#include <QMouseEvent>
+#include <QPainter>
+#include <algorithm>
+#include <cmath>
+
+#include "ui/plot/element_ticker.h"
+#include "ui/plot/time_axis.h"
+
+namespace ui {
+namespace {
+
+// A press that moves less than this is a click, not a zoom rectangle.
+constexpr int kDragPixels = 4;
+// Room a time tick label needs, so the tick count follows the plot width.
+constexpr int kTimeTickPixels = 140;
+
+QCPRange Normalised(double a, double b) {
+    double lo = std::min(a, b), hi = std::max(a, b);
+    if (!(hi - lo > std::max(1e-12, std::abs(hi) * 1e-12))) {
+        const double half = std::max(0.5, std::abs(hi) * 1e-6);
+        lo -= half;
+        hi += half;
+    }
+    return QCPRange(lo, hi);
+}
+
+const QColor kCursorColour(0x50, 0x50, 0x50);
+
+}  // namespace
+
+PlotCanvas::PlotCanvas(const PlotModel& model, QWidget* parent) : QCustomPlot(parent), model_(model) {
+    // The frame pixmap covers every pixel: nothing needs clearing first.
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    setMouseTracking(true);
+    // Zoom, cursor and clicks are ours; QCustomPlot's own interactions would
+    // replot through its paint buffers, which this widget does not show.
+    setInteractions(QCP::Interactions());
+    setNotAntialiasedElements(QCP::aeAll);
+    setPlottingHint(QCP::phCacheLabels, true);
+    numberTicker_ = xAxis->ticker();
+    elementTicker_.reset(new ElementTicker(xAxis));
+    elementTicker_->SetPitch(QFontMetrics(xAxis->tickLabelFont()).height() + 2);
+    timeTicker_.reset(new QCPAxisTickerDateTime);
+    timeTicker_->setDateTimeSpec(Qt::LocalTime);
+    ApplyLimits();
+}
+
+PlotCanvas::~PlotCanvas() = default;
+
+void PlotCanvas::InvalidateFrame() {
+    frameDirty_ = true;
+    update();
+}
+
+void PlotCanvas::ApplyLimits() {
+    const AxisLimits& l = model_.limits;
+    xAxis->setRange(Normalised(l.xMin, l.xMax));
+    yAxis->setRange(Normalised(l.yMin, l.yMax));
+    InvalidateFrame();
+}
+
+void PlotCanvas::SetElementLabels(QVector<QString> labels) {
+    const bool labelled = !labels.isEmpty();
+    elementTicker_->SetLabels(std::move(labels));
+    if (!timeAxis_) {
+        xAxis->setTicker(labelled ? QSharedPointer<QCPAxisTicker>(elementTicker_) : numberTicker_);
+        // Upright labels: one text height per label instead of one text width.
+        xAxis->setTickLabelRotation(labelled ? -90.0 : 0.0);
+    }
+    InvalidateFrame();
+}
+
+void PlotCanvas::SetTimeAxis(bool on) {
+    timeAxis_ = on;
+    if (on) {
+        xAxis->setTicker(timeTicker_);
+        xAxis->setTickLabelRotation(0.0);
+    } else {
+        SetElementLabels(elementTicker_->Labels());
+    }
+    InvalidateFrame();
+}
+
+void PlotCanvas::SetCaption(const QString& caption) {
+    if (caption.isEmpty()) {
+        if (caption_) {
+            plotLayout()->remove(caption_);
+            plotLayout()->simplify();
+            caption_ = nullptr;
+        }
+    } else if (!caption_) {
+        plotLayout()->insertRow(0);
+        QFont font = this->font();
+        font.setBold(true);
+        caption_ = new QCPTextElement(this, caption, font);
+        plotLayout()->addElement(0, 0, caption_);
+    } else {
+        caption_->setText(caption);
+    }
+    layoutStale_ = true;
+    InvalidateFrame();
+}
+
+QString PlotCanvas::Caption() const { return caption_ ? caption_->text() : QString(); }
+
+QRect PlotCanvas::PlotArea() const { return axisRect()->rect(); }
+
+QPointF PlotCanvas::ToAxis(QPointF pixel) const {
+    return QPointF(xAxis->pixelToCoord(pixel.x()), yAxis->pixelToCoord(pixel.y()));
+}
+
+QPointF PlotCanvas::ToPixel(double x, double y) const {
+    return QPointF(xAxis->coordToPixel(x), yAxis->coordToPixel(y));
+}
+
+void PlotCanvas::LayOut() {
+    updateLayout();
+    layoutStale_ = false;
+}
+
+void PlotCanvas::resizeEvent(QResizeEvent*) {
+    // QCustomPlot would replot into its own buffers here; the frame is
+    // drawn at the next paint instead.
+    setViewport(rect());
+    layoutStale_ = true;
+    frameDirty_ = true;
+}
+
+void PlotCanvas::RenderFrame() {
+    const qreal ratio = devicePixelRatioF();
+    const QSize pixels(qRound(width() * ratio), qRound(height() * ratio));
+    if (frame_.size() != pixels) {
+        frame_ = QPixmap(pixels);
+        frame_.setDevicePixelRatio(ratio);
+        layoutStale_ = true;
+    }
+    // Opaque, so the paint copies it without blending.
+    frame_.fill(Qt::white);
+    if (timeAxis_) {
+        timeTicker_->setDateTimeFormat(TimeTickFormat(xAxis->range().size(), model_.historyDisplay));
+        timeTicker_->setTickCount(std::max(2, PlotArea().width() / kTimeTickPixels));
+    }
+    // Element labels are thinned by the plot width, which only a layout at
+    // this size knows.
+    if (layoutStale_) LayOut();
+    QCPPainter painter(&frame_);
+    draw(&painter);
+    frameDirty_ = false;
+    ++frameRenders_;
+}
+
+void PlotCanvas::paintEvent(QPaintEvent*) {
+    if (frameDirty_ || layoutStale_) RenderFrame();
+    QPainter painter(this);
+    painter.drawPixmap(0, 0, frame_);
+    const QRect area = PlotArea();
+    painter.setClipRect(area);
+    DrawTraces(painter, area);
+    DrawMarks(painter, area);
+    DrawTexts(painter, area);
+    DrawCursor(painter, area);
+    painter.setClipping(false);
+    DrawRubberBand(painter);
+}
+
+PixelMapping PlotCanvas::Mapping(const Trace& trace, const QRect& area) const {
+    PixelMapping m;
+    const QCPRange x = xAxis->range();
+    m.xLower = x.lower;
+    m.xScale = area.width() / x.size();
+    m.xLeft = area.left();
+    const QCPRange y = trace.ownRange && model_.axisMode != kAxisModeCommonScale
+                           ? Normalised(trace.ownMin, trace.ownMax)
+                           : yAxis->range();
+    m.yLower = y.lower;
+    m.yScale = -area.height() / y.size();
+    m.yBottom = area.bottom();
+    return m;
+}
+
+void PlotCanvas::DrawTraces(QPainter& painter, const QRect& area) {
+    // Reference traces lie beneath the data, thresholds above it.
+    for (int32_t style : {kTraceStyleReference, kTraceStyleNormal, kTraceStyleThreshold})
+        for (const auto& [handle, trace] : model_.traces) {
+            const bool other = trace.style != kTraceStyleReference && trace.style != kTraceStyleThreshold;
+            if (trace.visible && (trace.style == style || (style == kTraceStyleNormal && other)))
+                DrawTrace(painter, trace, area);
+        }
+}
+
+void PlotCanvas::DrawTrace(QPainter& painter, const Trace& trace, const QRect& area) {
+    polyline_.clear();
+    TracePoints points;
+    points.values = trace.values;
+    points.xs = trace.xs;
+    if (trace.relative) points.reference = model_.reference;
+    points.ascending = trace.ascending;
+    BuildPolyline(points, Mapping(trace, area), area.left(), area.right(), polyline_);
+    if (polyline_.empty()) return;
+    QPen pen(ToQColor(trace.colour));
+    pen.setWidth(std::max<int>(1, trace.lineWidth));
+    pen.setCosmetic(true);
+    if (trace.style == kTraceStyleThreshold) pen.setStyle(Qt::DashLine);
+    painter.setPen(pen);
+    if (polyline_.size() == 1)
+        painter.drawPoint(polyline_.front());
+    else
+        painter.drawPolyline(polyline_.data(), static_cast<int>(polyline_.size()));
+    // Symbols only where the points stand apart; in a thinned trace they
+    // would merge into a band.
+    if (trace.symbol == kSymbolNone || polyline_.size() * 3 > static_cast<size_t>(area.width())) return;
+    painter.setPen(QPen(ToQColor(trace.colour), 1));
+    for (const QPointF& p : polyline_) {
+        if (trace.symbol == kSymbolDot) {
+            painter.fillRect(QRectF(p.x() - 1.5, p.y() - 1.5, 3, 3), ToQColor(trace.colour));
+        } else {
+            painter.drawLine(p + QPointF(-3, -3), p + QPointF(3, 3));
+            painter.drawLine(p + QPointF(-3, 3), p + QPointF(3, -3));
+        }
+    }
+}
+
+void PlotCanvas::DrawMarks(QPainter& painter, const QRect& area) {
+    for (const auto& [handle, mark] : model_.marks) {
+        const double px = std::round(xAxis->coordToPixel(mark.x));
+        if (px < area.left() || px > area.right()) continue;
+        const QColor colour = ToQColor(mark.colour);
+        painter.setPen(QPen(colour, 1, Qt::DotLine));
+        painter.drawLine(QPointF(px, area.top()), QPointF(px, area.bottom()));
+        const QPointF arrow[3] = {{px - 5, double(area.top())}, {px + 5, double(area.top())}, {px, area.top() + 8.0}};
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(colour);
+        painter.drawPolygon(arrow, 3);
+        painter.setBrush(Qt::NoBrush);
+    }
+}
+
+void PlotCanvas::DrawTexts(QPainter& painter, const QRect&) {
+    if (model_.texts.empty()) return;
+    const QFontMetrics metrics(font());
+    for (const auto& [handle, text] : model_.texts) {
+        const QPointF at = ToPixel(text.x, text.y);
+        if (!std::isfinite(at.x()) || !std::isfinite(at.y())) continue;
+        painter.setPen(ToQColor(text.colour));
+        // (x, y) is the text's top left corner.
+        painter.drawText(at + QPointF(0, metrics.ascent()), QString::fromStdString(text.text));
+    }
+}
+
+void PlotCanvas::DrawCursor(QPainter& painter, const QRect& area) {
+    if (!model_.cursorVisible) return;
+    const double px = std::round(xAxis->coordToPixel(model_.cursorX));
+    if (!std::isfinite(px)) return;
+    painter.setPen(QPen(kCursorColour, 1));
+    painter.drawLine(QPointF(px, area.top()), QPointF(px, area.bottom()));
+    const QFontMetrics metrics(font());
+    // A text box beside the line: on its right, or on its left where the
+    // right has no room.
+    auto box = [&](const std::string& text, int y, const QColor& fill) {
+        if (text.empty()) return;
+        const QString shown = QString::fromStdString(text);
+        const QSize size(metrics.horizontalAdvance(shown) + 8, metrics.height() + 4);
+        double x = px + 6;
+        if (x + size.width() > area.right()) x = px - 6 - size.width();
+        const QRectF rect(x, y, size.width(), size.height());
+        painter.fillRect(rect, fill);
+        painter.setPen(kCursorColour);
+        painter.drawRect(rect);
+        painter.setPen(Qt::black);
+        painter.drawText(rect, Qt::AlignCenter, shown);
+    };
+    box(model_.cursorCaption, area.top() + 12, QColor(255, 255, 255, 230));
+    box(model_.hoverLabel, area.bottom() - metrics.height() - 10, QColor(255, 255, 210, 240));
+}
+
+void PlotCanvas::DrawRubberBand(QPainter& painter) {
+    if (!dragging_) return;
+    painter.setPen(QPen(Qt::black, 1, Qt::DashLine));
+    painter.setBrush(QColor(80, 120, 255, 40));
+    painter.drawRect(QRect(pressAt_, dragTo_).normalized());
+    painter.setBrush(Qt::NoBrush);
+}
+
+void PlotCanvas::mousePressEvent(QMouseEvent* event) {
+    const QPoint at = event->position().toPoint();
+    if (event->button() == Qt::RightButton) {
+        emit OptionsRequested(event->globalPosition().toPoint());
+        return;
+    }
+    if (event->button() != Qt::LeftButton || !PlotArea().contains(at)) return;
+    pressing_ = true;
+    dragging_ = false;
+    pressAt_ = dragTo_ = at;
+}
+
+void PlotCanvas::mouseMoveEvent(QMouseEvent* event) {
+    const QPoint at = event->position().toPoint();
+    if (pressing_) {
+        const QPoint moved = at - pressAt_;
+        if (!dragging_ && (std::abs(moved.x()) >= kDragPixels || std::abs(moved.y()) >= kDragPixels))
+            dragging_ = true;
+        if (dragging_) {
+            const QRect area = PlotArea();
+            dragTo_ = QPoint(std::clamp(at.x(), area.left(), area.right()),
+                             std::clamp(at.y(), area.top(), area.bottom()));
+            update();
+            return;
+        }
+    }
+    if (!PlotArea().contains(at)) return;
+    const QPointF c = ToAxis(at);
+    emit MouseMovedTo(c.x(), c.y());
+}
+
+void PlotCanvas::mouseReleaseEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton || !pressing_) return;
+    pressing_ = false;
+    if (!dragging_) {
+        const QPointF c = ToAxis(event->position());
+        emit Clicked(c.x(), c.y());
+        return;
+    }
+    dragging_ = false;
+    update();
+    const QPoint moved = dragTo_ - pressAt_;
+    // Dragging backwards (right to left) undoes the zoom.
+    if (moved.x() <= -kDragPixels) {
+        emit UnzoomRequested();
+        return;
+    }
+    const QPointF a = ToAxis(pressAt_), b = ToAxis(dragTo_);
+    // A sweep along one axis zooms that axis only.
+    const bool zoomX = moved.x() >= kDragPixels, zoomY = std::abs(moved.y()) >= kDragPixels;
+    const QCPRange x = xAxis->range(), y = yAxis->range();
+    emit ZoomDragged(zoomX ? a.x() : x.lower, zoomX ? b.x() : x.upper, zoomY ? a.y() : y.lower,
+                     zoomY ? b.y() : y.upper);
+}
+
+void PlotCanvas::mouseDoubleClickEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton) emit UnzoomRequested();
+}
+
+void PlotCanvas::wheelEvent(QWheelEvent* event) { event->ignore(); }
+
+void PlotCanvas::leaveEvent(QEvent*) { emit MouseLeft(); }
+
+}  // namespace ui

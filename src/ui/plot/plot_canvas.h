@@ -1,0 +1,100 @@
+// The drawing surface of a plot: QCustomPlot lays out and draws the frame
+// (axes, ticks, labels, grid, caption); the traces, texts, marks and cursor
+// are drawn over it at every paint.
+//
+// The frame is kept as an opaque pixmap and drawn again only when something
+// in it changed (limits, labels, size), so a new spectrum costs one copy of
+// the frame plus the thinned traces, and a cursor move costs no layout at all.
+#pragma once
+
+#include <QPixmap>
+#include <QPoint>
+#include <QRect>
+#include <memory>
+#include <qcustomplot.h>
+#include <vector>
+
+#include "ui/plot/column_thinning.h"
+#include "ui/plot/plot_model.h"
+
+namespace ui {
+
+class ElementTicker;
+
+class PlotCanvas : public QCustomPlot {
+    Q_OBJECT
+public:
+    explicit PlotCanvas(const PlotModel& model, QWidget* parent = nullptr);
+    ~PlotCanvas() override;
+
+    // The frame changed (limits, labels, caption, axis kind): drawn anew at the next paint.
+    void InvalidateFrame();
+    // Puts the model's limits on the axes: swapped where minimum > maximum,
+    // widened where both are equal (an axis needs a span).
+    void ApplyLimits();
+    // Element labels of the x axis; none gives plain numbers.
+    void SetElementLabels(QVector<QString> labels);
+    // Date/time ticks on the x axis (Unix seconds) instead of numbers or labels.
+    void SetTimeAxis(bool on);
+    // Caption above the plot area; empty removes it.
+    void SetCaption(const QString& caption);
+    QString Caption() const;
+
+    // The plot area in widget pixels (as of the last layout).
+    QRect PlotArea() const;
+    // Axis coordinates of a widget pixel and back (as of the last layout).
+    QPointF ToAxis(QPointF pixel) const;
+    QPointF ToPixel(double x, double y) const;
+    // Lays out now (normally done at the next paint), e.g. before mapping pixels.
+    void LayOut();
+    // How often the frame has been drawn: a cursor move or a new spectrum
+    // must not redraw it.
+    int FrameRenders() const { return frameRenders_; }
+
+signals:
+    void ZoomDragged(double x0, double x1, double y0, double y1);
+    void UnzoomRequested();
+    void MouseMovedTo(double x, double y);
+    void MouseLeft();
+    void Clicked(double x, double y);
+    void OptionsRequested(QPoint globalPosition);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+
+private:
+    void RenderFrame();
+    PixelMapping Mapping(const Trace& trace, const QRect& area) const;
+    void DrawTraces(QPainter& painter, const QRect& area);
+    void DrawTrace(QPainter& painter, const Trace& trace, const QRect& area);
+    void DrawMarks(QPainter& painter, const QRect& area);
+    void DrawTexts(QPainter& painter, const QRect& area);
+    void DrawCursor(QPainter& painter, const QRect& area);
+    void DrawRubberBand(QPainter& painter);
+
+    const PlotModel& model_;
+    QPixmap frame_;
+    bool frameDirty_ = true;
+    bool layoutStale_ = true;
+    int frameRenders_ = 0;
+    QSharedPointer<QCPAxisTicker> numberTicker_;
+    QSharedPointer<ElementTicker> elementTicker_;
+    QSharedPointer<QCPAxisTickerDateTime> timeTicker_;
+    bool timeAxis_ = false;
+    QCPTextElement* caption_ = nullptr;
+    std::vector<QPointF> polyline_;  // reused between paints
+
+    bool pressing_ = false;
+    bool dragging_ = false;
+    QPoint pressAt_;
+    QPoint dragTo_;
+};
+
+}  // namespace ui
