@@ -5,7 +5,7 @@
 
 namespace ui {
 
-QColor ToQColor(uint32_t value, const QPalette* palette) {
+QColor ResolveColour(uint32_t value, const QPalette* palette) {
     if ((value & 0xFF000000u) == 0x80000000u) {
         const QPalette colours = palette ? *palette : QGuiApplication::palette();
         switch (value) {
@@ -19,7 +19,7 @@ QColor ToQColor(uint32_t value, const QPalette* palette) {
                   static_cast<int>((value >> 16) & 0xFF));
 }
 
-uint32_t FromQColor(const QColor& colour) {
+uint32_t ColourValue(const QColor& colour) {
     const QColor rgb = colour.toRgb();
     return static_cast<uint32_t>(rgb.red()) | (static_cast<uint32_t>(rgb.green()) << 8) |
            (static_cast<uint32_t>(rgb.blue()) << 16);

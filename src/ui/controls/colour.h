@@ -19,8 +19,8 @@ inline constexpr uint32_t kSystemButtonText = 0x80000012;
 // A colour value as a QColor. System colours are taken from `palette` (the
 // application's when none is given); unknown system indices give the window
 // colour. Any other high byte is ignored: only the low 24 bits name a colour.
-QColor ToQColor(uint32_t value, const QPalette* palette = nullptr);
+QColor ResolveColour(uint32_t value, const QPalette* palette = nullptr);
 // A QColor as a 0x00BBGGRR value (alpha dropped).
-uint32_t FromQColor(const QColor& colour);
+uint32_t ColourValue(const QColor& colour);
 
 }  // namespace ui

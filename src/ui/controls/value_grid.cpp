@@ -47,9 +47,9 @@ protected:
         QStyledItemDelegate::initStyleOption(option, index);
         if (!grid_->IsFixed(index.row(), index.column())) return;
         if (!index.data(Qt::BackgroundRole).isValid())
-            option->backgroundBrush = ToQColor(kSystemButtonFace, &grid_->palette());
+            option->backgroundBrush = ResolveColour(kSystemButtonFace, &grid_->palette());
         if (!index.data(Qt::ForegroundRole).isValid())
-            option->palette.setColor(QPalette::Text, ToQColor(kSystemButtonText, &grid_->palette()));
+            option->palette.setColor(QPalette::Text, ResolveColour(kSystemButtonText, &grid_->palette()));
     }
 
 private:
@@ -142,13 +142,13 @@ uint32_t ValueGrid::CellForeColour(int row, int col) const {
 void ValueGrid::SetCellBackColour(int row, int col, uint32_t colour) {
     QTableWidgetItem* cell = Cell(row, col);
     cell->setData(kBackValueRole, colour);
-    cell->setBackground(ToQColor(colour, &palette()));
+    cell->setBackground(ResolveColour(colour, &palette()));
 }
 
 void ValueGrid::SetCellForeColour(int row, int col, uint32_t colour) {
     QTableWidgetItem* cell = Cell(row, col);
     cell->setData(kForeValueRole, colour);
-    cell->setForeground(ToQColor(colour, &palette()));
+    cell->setForeground(ResolveColour(colour, &palette()));
 }
 
 void ValueGrid::PasteBlock(int row, int col, int rowSel, int colSel, std::string_view text) {

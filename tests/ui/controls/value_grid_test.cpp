@@ -32,14 +32,14 @@ TEST(Colour, ValuesAreBlueGreenRedAndSystemColoursComeFromThePalette) {
         {0x800000, QColor(0, 0, 128)}, {0x0080FF, QColor(255, 128, 0)},
         {0xFFC0C0, QColor(192, 192, 255)}, {0x01123456, QColor(0x56, 0x34, 0x12)}};
     for (const auto& [value, colour] : cases) {
-        EXPECT_EQ(ToQColor(value), colour) << std::hex << value;
-        EXPECT_EQ(FromQColor(colour), value & 0xFFFFFF) << std::hex << value;
+        EXPECT_EQ(ResolveColour(value), colour) << std::hex << value;
+        EXPECT_EQ(ColourValue(colour), value & 0xFFFFFF) << std::hex << value;
     }
     QPalette palette;
     palette.setColor(QPalette::Button, QColor(1, 2, 3));
     palette.setColor(QPalette::Base, QColor(4, 5, 6));
-    EXPECT_EQ(ToQColor(kSystemButtonFace, &palette), QColor(1, 2, 3));
-    EXPECT_EQ(ToQColor(0x800000FF, &palette), QColor(4, 5, 6));  // unknown index: window
+    EXPECT_EQ(ResolveColour(kSystemButtonFace, &palette), QColor(1, 2, 3));
+    EXPECT_EQ(ResolveColour(0x800000FF, &palette), QColor(4, 5, 6));  // unknown index: window
 }
 
 // The trend plots' grid: heading row and nine item rows, three columns.
