@@ -4,6 +4,7 @@
 #include <QMouseEvent>
 #include <QStyledItemDelegate>
 #include <algorithm>
+#include <limits>
 
 #include "ui/controls/block_text.h"
 #include "ui/controls/checked_index.h"
@@ -174,7 +175,7 @@ int32_t ValueGrid::ColWidth(int col) const {
 
 void ValueGrid::SetColWidth(int col, int32_t twips) {
     CheckIndex(What("column"), col, 0, static_cast<long>(columnCount()) - 1);
-    CheckIndex(What("column width"), twips, -1, INT32_MAX);
+    CheckIndex(What("column width"), twips, -1, std::numeric_limits<int32_t>::max());
     colTwips_[static_cast<size_t>(col)] = twips;
     setColumnWidth(col, twips < 0 ? horizontalHeader()->defaultSectionSize()
                                    : TwipsToPixels(twips, logicalDpiX()));
@@ -187,7 +188,7 @@ int32_t ValueGrid::RowHeight(int row) const {
 
 void ValueGrid::SetRowHeight(int row, int32_t twips) {
     CheckIndex(What("row"), row, 0, static_cast<long>(rowCount()) - 1);
-    CheckIndex(What("row height"), twips, -1, INT32_MAX);
+    CheckIndex(What("row height"), twips, -1, std::numeric_limits<int32_t>::max());
     setRowHeight(row, twips < 0 ? verticalHeader()->defaultSectionSize()
                                 : TwipsToPixels(twips, logicalDpiY()));
 }
