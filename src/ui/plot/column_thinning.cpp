@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <limits>
 
 namespace ui {
 namespace {
@@ -15,11 +14,44 @@ double ClampPixel(double p) {
     return std::clamp(p, -kPixelLimit, kPixelLimit);
 }
 
-class PolylineBuilder {
+class ShapeBuilder {
 public:
-    PolylineBuilder(const TracePoints& trace, const PixelMapping& m, std::vector<QPointF>& out)
+    ShapeBuilder(const TracePoints& trace, const PixelMapping& m, std::vector<QPointF>& out)
         : t_(trace), m_(m), out_(out) {}
 
+    ShapeKind Build(int left, int right) {
+        const size_t n = t_.values.size();
+        if (n == 0 || !(m_.xScale > 0.0) || !std::isfinite(m_.xScale)) return ShapeKind::Polyline;
+        if (!t_.xs.empty() && (t_.xs.size() < n || !t_.ascending)) {
+            // Unordered x: every point as given, no binning.
+            Exact(0, std::min(n, t_.xs.size()) - 1);
+            return ShapeKind::Polyline;
+        }
+        const double xFrom = (left - m_.xLeft) / m_.xScale + m_.xLower;
+        const double xTo = (right + 1 - m_.xLeft) / m_.xScale + m_.xLower;
+        if (!std::isfinite(xFrom) || !std::isfinite(xTo)) return ShapeKind::Polyline;
+        size_t first, last;
+        if (t_.xs.empty()) {
+            const double hiIndex = static_cast<double>(n - 1);
+            first = static_cast<size_t>(std::clamp(std::floor(xFrom) - 1.0, 0.0, hiIndex));
+            last = static_cast<size_t>(std::clamp(std::ceil(xTo) + 1.0, 0.0, hiIndex));
+        } else {
+            const auto xs = t_.xs.first(n);
+            const auto lo = std::lower_bound(xs.begin(), xs.end(), xFrom);
+            const auto hi = std::upper_bound(xs.begin(), xs.end(), xTo);
+            first = lo == xs.begin() ? 0 : static_cast<size_t>(lo - xs.begin()) - 1;
+            last = hi == xs.end() ? n - 1 : static_cast<size_t>(hi - xs.begin());
+        }
+        if (first > last) return ShapeKind::Polyline;
+        if (static_cast<double>(last - first + 1) <= 2.0 * static_cast<double>(right - left + 1)) {
+            Exact(first, last);
+            return ShapeKind::Polyline;
+        }
+        Binned(first, last);
+        return ShapeKind::LinePairs;
+    }
+
+private:
     float Value(size_t i) const {
         const float v = t_.values[i];
         return i < t_.reference.size() ? v - t_.reference[i] : v;
@@ -28,50 +60,20 @@ public:
     double Px(double x) const { return ClampPixel((x - m_.xLower) * m_.xScale + m_.xLeft); }
     double Py(double y) const { return ClampPixel((y - m_.yLower) * m_.yScale + m_.yBottom); }
 
-    void Push(double px, double py) {
-        const QPointF p(px, py);
-        if (out_.size() > start_ && out_.back() == p) return;
-        out_.push_back(p);
-    }
-
     void Exact(size_t first, size_t last) {
         for (size_t i = first; i <= last; ++i) {
             const float v = Value(i);
             const double x = X(i);
             if (std::isnan(v) || std::isnan(x)) continue;
-            Push(Px(x), Py(v));
+            const QPointF p(Px(x), Py(v));
+            if (out_.empty() || out_.back() != p) out_.push_back(p);
         }
     }
 
-    // Points [first, end) all fall into pixel column `column`.
-    void Column(size_t first, size_t end, double column) {
-        size_t i = first;
-        while (i < end && std::isnan(Value(i))) ++i;
-        if (i == end) return;
-        float firstV = Value(i), lastV = firstV, lo = firstV, hi = firstV;
-        size_t loAt = i, hiAt = i;
-        for (++i; i < end; ++i) {
-            const float v = Value(i);
-            if (std::isnan(v)) continue;
-            lastV = v;
-            if (v < lo) { lo = v; loAt = i; }
-            if (v > hi) { hi = v; hiAt = i; }
-        }
-        Push(column, Py(firstV));
-        if (loAt < hiAt) {
-            Push(column, Py(lo));
-            Push(column, Py(hi));
-        } else {
-            Push(column, Py(hi));
-            Push(column, Py(lo));
-        }
-        Push(column, Py(lastV));
-    }
-
-    size_t PixelColumnEnd(size_t i, size_t last, double column) const {
+    // First index past `i` that lies in another pixel column. Rounding may
+    // end a column one point early; that only splits it in two.
+    size_t ColumnEnd(size_t i, size_t last, double column) const {
         if (t_.xs.empty()) {
-            // First index whose pixel lies in the next column; rounding may
-            // leave a point for the same column, which then only adds a point.
             const double next = std::ceil((column + 1.0 - m_.xLeft) / m_.xScale + m_.xLower);
             if (!(next > static_cast<double>(i))) return i + 1;
             if (next > static_cast<double>(last)) return last + 1;
@@ -83,61 +85,71 @@ public:
     }
 
     void Binned(size_t first, size_t last) {
+        bool joined = false;   // a previous column to join from
+        QPointF exit;          // its last point
         size_t i = first;
         while (i <= last) {
             const double column = std::floor(Px(X(i)));
-            const size_t end = PixelColumnEnd(i, last, column);
-            Column(i, end, column);
+            const size_t end = ColumnEnd(i, last, column);
+            float firstV, lastV, lo, hi;
+            if (Extremes(i, end, firstV, lastV, lo, hi)) {
+                const QPointF entry(column, Py(firstV));
+                if (joined) Line(exit, entry);
+                // lo > hi in pixels (y grows downwards); a single value is a
+                // zero-length line, which the square cap draws as one pixel.
+                Line(QPointF(column, Py(lo)), QPointF(column, Py(hi)));
+                exit = QPointF(column, Py(lastV));
+                joined = true;
+            }
             i = end;
         }
     }
 
-    void Build(int left, int right) {
-        start_ = out_.size();
-        const size_t n = t_.values.size();
-        if (n == 0 || !(m_.xScale > 0.0) || !std::isfinite(m_.xScale)) return;
-        if (!t_.xs.empty() && (t_.xs.size() < n || !t_.ascending)) {
-            // Unordered x: every point as given, no binning.
-            Exact(0, std::min(n, t_.xs.size()) - 1);
-            return;
-        }
-        const double xFrom = (left - m_.xLeft) / m_.xScale + m_.xLower;
-        const double xTo = (right + 1 - m_.xLeft) / m_.xScale + m_.xLower;
-        if (!std::isfinite(xFrom) || !std::isfinite(xTo)) return;
-        size_t first, last;
-        if (t_.xs.empty()) {
-            const double lo = std::clamp(std::floor(xFrom) - 1.0, 0.0, static_cast<double>(n - 1));
-            const double hi = std::clamp(std::ceil(xTo) + 1.0, 0.0, static_cast<double>(n - 1));
-            first = static_cast<size_t>(lo);
-            last = static_cast<size_t>(hi);
-        } else {
-            const auto xs = t_.xs.first(n);
-            const auto lo = std::lower_bound(xs.begin(), xs.end(), xFrom);
-            const auto hi = std::upper_bound(xs.begin(), xs.end(), xTo);
-            first = lo == xs.begin() ? 0 : static_cast<size_t>(lo - xs.begin()) - 1;
-            last = hi == xs.end() ? n - 1 : static_cast<size_t>(hi - xs.begin());
-        }
-        if (first > last) return;
-        const double columns = static_cast<double>(right - left + 1);
-        if (static_cast<double>(last - first + 1) <= 2.0 * columns)
-            Exact(first, last);
-        else
-            Binned(first, last);
+    void Line(QPointF a, QPointF b) {
+        out_.push_back(a);
+        out_.push_back(b);
     }
 
-private:
+    // First, last, lowest and highest value of [begin, end), NaN left out;
+    // false when all are NaN.
+    bool Extremes(size_t begin, size_t end, float& firstV, float& lastV, float& lo, float& hi) const {
+        size_t i = begin;
+        while (i < end && std::isnan(Value(i))) ++i;
+        if (i == end) return false;
+        size_t j = end - 1;
+        while (std::isnan(Value(j))) --j;
+        firstV = Value(i);
+        lastV = Value(j);
+        lo = hi = firstV;
+        // NaN compares false, so it never becomes an extreme.
+        if (t_.reference.empty()) {
+            for (size_t k = i + 1; k <= j; ++k) {
+                const float v = t_.values[k];
+                lo = v < lo ? v : lo;
+                hi = v > hi ? v : hi;
+            }
+        } else {
+            for (size_t k = i + 1; k <= j; ++k) {
+                const float v = Value(k);
+                lo = v < lo ? v : lo;
+                hi = v > hi ? v : hi;
+            }
+        }
+        return true;
+    }
+
     const TracePoints& t_;
     const PixelMapping& m_;
     std::vector<QPointF>& out_;
-    size_t start_ = 0;
 };
 
 }  // namespace
 
-void BuildPolyline(const TracePoints& trace, const PixelMapping& mapping, int left, int right,
-                   std::vector<QPointF>& out) {
-    if (right < left) return;
-    PolylineBuilder(trace, mapping, out).Build(left, right);
+ShapeKind BuildShape(const TracePoints& trace, const PixelMapping& mapping, int left, int right,
+                     std::vector<QPointF>& out) {
+    out.clear();
+    if (right < left) return ShapeKind::Polyline;
+    return ShapeBuilder(trace, mapping, out).Build(left, right);
 }
 
 }  // namespace ui

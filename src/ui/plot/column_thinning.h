@@ -1,11 +1,11 @@
-// Turning a trace into the polyline that is actually drawn.
+// Turning a trace into the lines that are actually drawn.
 //
 // A plot 1100 pixels wide cannot show more than one vertical run per pixel
 // column. Where a trace has more points than twice the columns, each column's
-// points are replaced by at most four: the first, the lowest and the highest
-// (in the order they occur) and the last. Drawn as a polyline with a one-pixel
-// pen this covers exactly the pixels the full polyline covers, at a fraction
-// of the cost for 8000 or 64000 points.
+// points become one vertical line from their lowest to their highest value,
+// joined to the next column by the line from the column's last point to the
+// next one's first. With a one-pixel pen this covers the pixels the full
+// polyline covers, at a fraction of the cost for 8000 or 64000 points.
 #pragma once
 
 #include <QPointF>
@@ -33,12 +33,17 @@ struct TracePoints {
     bool ascending = true;              // xs never decrease
 };
 
-// Appends to `out` the polyline of the points that fall within the pixel
-// columns [left, right] plus one neighbour on each side (so the line runs on
-// to the plot's edge). NaN values are left out: the line joins their
-// neighbours. Pixel coordinates are held within +-1e7 so that values far off
-// scale still give lines of the right direction without overflowing.
-void BuildPolyline(const TracePoints& trace, const PixelMapping& mapping, int left, int right,
-                   std::vector<QPointF>& out);
+enum class ShapeKind {
+    Polyline,   // the points joined in order (every point kept)
+    LinePairs,  // separate lines, two points each (thinned by column)
+};
+
+// Fills `out` (emptied first) with the shape of the points that fall within
+// the pixel columns [left, right] plus one neighbour on each side, so that
+// the line runs on to the plot's edge. NaN values are left out: the line
+// joins their neighbours. Pixel coordinates are held within +-1e7 so that
+// values far off scale still give lines of the right direction.
+ShapeKind BuildShape(const TracePoints& trace, const PixelMapping& mapping, int left, int right,
+                     std::vector<QPointF>& out);
 
 }  // namespace ui

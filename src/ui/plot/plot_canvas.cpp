@@ -191,28 +191,32 @@ void PlotCanvas::DrawTraces(QPainter& painter, const QRect& area) {
 }
 
 void PlotCanvas::DrawTrace(QPainter& painter, const Trace& trace, const QRect& area) {
-    polyline_.clear();
     TracePoints points;
     points.values = trace.values;
     points.xs = trace.xs;
     if (trace.relative) points.reference = model_.reference;
     points.ascending = trace.ascending;
-    BuildPolyline(points, Mapping(trace, area), area.left(), area.right(), polyline_);
-    if (polyline_.empty()) return;
+    const ShapeKind kind = BuildShape(points, Mapping(trace, area), area.left(), area.right(), shape_);
+    if (shape_.empty()) return;
     QPen pen(ToQColor(trace.colour));
     pen.setWidth(std::max<int>(1, trace.lineWidth));
     pen.setCosmetic(true);
     if (trace.style == kTraceStyleThreshold) pen.setStyle(Qt::DashLine);
     painter.setPen(pen);
-    if (polyline_.size() == 1)
-        painter.drawPoint(polyline_.front());
+    const int count = static_cast<int>(std::min<size_t>(shape_.size(), INT32_MAX));
+    if (kind == ShapeKind::LinePairs) {
+        painter.drawLines(shape_.data(), count / 2);
+        return;
+    }
+    if (count == 1)
+        painter.drawPoint(shape_.front());
     else
-        painter.drawPolyline(polyline_.data(), static_cast<int>(polyline_.size()));
-    // Symbols only where the points stand apart; in a thinned trace they
+        painter.drawPolyline(shape_.data(), count);
+    // Symbols only where the points stand apart; in a dense trace they
     // would merge into a band.
-    if (trace.symbol == kSymbolNone || polyline_.size() * 3 > static_cast<size_t>(area.width())) return;
+    if (trace.symbol == kSymbolNone || shape_.size() * 3 > static_cast<size_t>(area.width())) return;
     painter.setPen(QPen(ToQColor(trace.colour), 1));
-    for (const QPointF& p : polyline_) {
+    for (const QPointF& p : shape_) {
         if (trace.symbol == kSymbolDot) {
             painter.fillRect(QRectF(p.x() - 1.5, p.y() - 1.5, 3, 3), ToQColor(trace.colour));
         } else {

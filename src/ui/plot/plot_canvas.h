@@ -89,7 +89,7 @@ private:
     QSharedPointer<QCPAxisTickerDateTime> timeTicker_;
     bool timeAxis_ = false;
     QCPTextElement* caption_ = nullptr;
-    std::vector<QPointF> polyline_;  // reused between paints
+    std::vector<QPointF> shape_;  // reused between paints
 
     bool pressing_ = false;
     bool dragging_ = false;
