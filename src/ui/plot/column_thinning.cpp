@@ -70,6 +70,10 @@ private:
         }
     }
 
+    // The pixel column a position falls in, as the painter puts a point
+    // without antialiasing: the pixel whose square holds it.
+    static double ColumnOf(double px) { return std::floor(px); }
+
     // First index past `i` that lies in another pixel column. Rounding may
     // end a column one point early; that only splits it in two.
     size_t ColumnEnd(size_t i, size_t last, double column) const {
@@ -80,7 +84,7 @@ private:
             return static_cast<size_t>(next);
         }
         size_t j = i + 1;
-        while (j <= last && std::floor(Px(t_.xs[j])) == column) ++j;
+        while (j <= last && ColumnOf(Px(t_.xs[j])) == column) ++j;
         return j;
     }
 
@@ -89,7 +93,7 @@ private:
         QPointF exit;          // its last point
         size_t i = first;
         while (i <= last) {
-            const double column = std::floor(Px(X(i)));
+            const double column = ColumnOf(Px(X(i)));
             const size_t end = ColumnEnd(i, last, column);
             float firstV, lastV, lo, hi;
             if (Extremes(i, end, firstV, lastV, lo, hi)) {

@@ -228,7 +228,7 @@ void PlotCanvas::DrawTrace(QPainter& painter, const Trace& trace, const QRect& a
 
 void PlotCanvas::DrawMarks(QPainter& painter, const QRect& area) {
     for (const auto& [handle, mark] : model_.marks) {
-        const double px = std::round(xAxis->coordToPixel(mark.x));
+        const double px = xAxis->coordToPixel(mark.x);
         if (px < area.left() || px > area.right()) continue;
         const QColor colour = ToQColor(mark.colour);
         painter.setPen(QPen(colour, 1, Qt::DotLine));
@@ -255,7 +255,7 @@ void PlotCanvas::DrawTexts(QPainter& painter, const QRect&) {
 
 void PlotCanvas::DrawCursor(QPainter& painter, const QRect& area) {
     if (!model_.cursorVisible) return;
-    const double px = std::round(xAxis->coordToPixel(model_.cursorX));
+    const double px = xAxis->coordToPixel(model_.cursorX);
     if (!std::isfinite(px)) return;
     painter.setPen(QPen(kCursorColour, 1));
     painter.drawLine(QPointF(px, area.top()), QPointF(px, area.bottom()));

@@ -1,0 +1,121 @@
+// What ends up on screen: traces where their (relative, own-scale) values
+// put them, reference traces beneath, texts, marks and cursor in their colours.
+#include <gtest/gtest.h>
+
+#include <QImage>
+#include <cmath>
+#include <vector>
+
+#include "plot_test_support.h"
+
+namespace {
+
+constexpr ui::Colour kGreen = 0x008000, kDarkRed = 0x000080, kBlue = 0xFF0000;
+
+class DrawingTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        plot.SetXRange(0, 9);
+        plot.SetYMin(0);
+        plot.SetYMax(100);
+        plot_test::Show(plot);
+    }
+    // A flat trace of 10 points.
+    int32_t Flat(float value, ui::Colour colour) {
+        plot.SetForeColour(colour);
+        return plot.CreateTrace(10, std::vector<float>(10, value));
+    }
+    // The colour drawn at (x, y): without antialiasing a point inks the pixel whose square holds it.
+    QColor At(double y, double x = 4.5) {
+        const QImage image = plot.Canvas()->grab().toImage();
+        const QPointF p = plot.Canvas()->ToPixel(x, y);
+        return image.pixelColor(static_cast<int>(std::floor(p.x())), static_cast<int>(std::floor(p.y())));
+    }
+    ui::PlexPlot plot;
+};
+
+TEST_F(DrawingTest, RelativeTracesAreDrawnAgainstTheReference) {
+    struct Case {
+        const char* name;
+        bool relative;
+        size_t reference;  // points of reference data, all 40
+        double drawnAt, notAt;
+    };
+    const Case cases[] = {
+        {"off: as the values are", false, 10, 70, 30},
+        {"on: values minus reference", true, 10, 30, 70},
+        {"on, reference shorter than the trace: the rest as it is", true, 2, 70, 30},
+        {"on, no reference data: as the values are", true, 0, 70, 30},
+    };
+    for (const Case& c : cases) {
+        plot.Clear();
+        const int32_t spectrum = Flat(70, kGreen);
+        if (c.reference) {
+            // Given with the frozen copy's trace; it stays when that trace goes.
+            const int32_t frozen = Flat(0, kDarkRed);
+            plot.SetReferenceData(frozen, std::vector<float>(c.reference, 40.0f), static_cast<int32_t>(c.reference));
+            plot.DeleteTrace(frozen);
+        }
+        plot.SetRelativeDisplay(c.relative, spectrum);
+        EXPECT_EQ(At(c.drawnAt), ui::ToQColor(kGreen)) << c.name;
+        EXPECT_NE(At(c.notAt), ui::ToQColor(kGreen)) << c.name;
+    }
+}
+
+TEST_F(DrawingTest, ReferenceTracesLieBeneathOwnScalesApplyOutsideTheCommonScale) {
+    const int32_t live = Flat(50, kGreen);
+    plot.SetTraceStyle(ui::kTraceStyleReference);
+    Flat(50, kDarkRed);  // made after, still beneath
+    EXPECT_EQ(At(50), ui::ToQColor(kGreen));
+    plot.ShowTrace(live, false);
+    EXPECT_EQ(At(50), ui::ToQColor(kDarkRed));
+    plot.RemoveAllTraces();
+
+    const int32_t own = Flat(5, kGreen);
+    plot.SetTraceRange(own, 0, 10);  // 5 is half its own range
+    EXPECT_EQ(At(5), ui::ToQColor(kGreen));  // common scale (25) at start
+    plot.SetAxisMode(0);
+    EXPECT_EQ(At(50), ui::ToQColor(kGreen));
+    EXPECT_NE(At(5), ui::ToQColor(kGreen));
+}
+
+TEST_F(DrawingTest, TheAxesFrameIsDrawnAgainOnlyWhenItChanged) {
+    const int32_t t = Flat(50, kGreen);
+    const int first = plot.Canvas()->FrameRenders();
+    auto renders = [&] {
+        plot.Canvas()->grab();
+        return plot.Canvas()->FrameRenders() - first;
+    };
+    plot.UpdateTrace(t, std::vector<float>(10, 60.0f), 10);
+    plot.SetCursorX(1);
+    plot.DrawText(1, 1, "Live : ");
+    plot.AutoScale(0, 0, 0, 0);
+    EXPECT_EQ(renders(), 0);
+    plot.AutoScale(0, 0, 1, 1);  // the limits move
+    EXPECT_EQ(renders(), 1);
+    plot.AutoScale(0, 0, 1, 1);  // same data, same limits
+    EXPECT_EQ(renders(), 1);
+}
+
+TEST_F(DrawingTest, TextsMarksAndCursorAppearWhereAndInTheColourGiven) {
+    plot.SetForeColour(kBlue);
+    const int32_t text = plot.DrawText(2, 80, "\u2588\u2588\u2588\u2588");  // solid blocks
+    EXPECT_EQ(At(78, 2.2), ui::ToQColor(kBlue));  // below and right of (2, 80)
+    EXPECT_NE(At(82, 2.2), ui::ToQColor(kBlue));
+    plot.RemoveText(text);
+    EXPECT_NE(At(78, 2.2), ui::ToQColor(kBlue));
+
+    plot.SetMarkColour(0x0000FF);
+    const int32_t mark = plot.AddMark(6);
+    EXPECT_EQ(At(99, 6), ui::ToQColor(0x0000FF));  // its arrow at the top
+    plot.RemoveMark(mark);
+    EXPECT_NE(At(99, 6), ui::ToQColor(0x0000FF));
+
+    EXPECT_FALSE(plot.CursorVisible());
+    plot.SetCursorX(3);
+    EXPECT_EQ(At(45, 3), QColor(0x50, 0x50, 0x50));
+    plot.SetCursorVisible(false);
+    EXPECT_EQ(At(45, 3), QColor(Qt::white));
+}
+
+}  // namespace

@@ -1,0 +1,145 @@
+// Handles of traces, texts and marks: what each operation answers for a live,
+// a deleted, a cleared and a never-issued handle, and what new objects take.
+#include <gtest/gtest.h>
+
+#include <array>
+#include <functional>
+#include <limits>
+#include <string>
+#include <vector>
+
+#include "plot_test_support.h"
+#include "ui/plot/handle_table.h"
+
+namespace {
+
+using ui::PlexPlot;
+
+const std::vector<float> kValues{1, 2, 3, 4};
+
+struct Handles {
+    int32_t trace, text, mark;
+};
+
+TEST(PlotHandles, OnlyALiveHandleReachesItsObject) {
+    enum Kind { Live, Deleted, Cleared, None, Zero, Unknown };
+    const std::pair<const char*, Kind> kinds[] = {{"live", Live},        {"deleted before", Deleted},
+                                                  {"removed by remove-all", Cleared}, {"-1", None},
+                                                  {"0 (never issued)", Zero}, {"never issued", Unknown}};
+    using Op = std::function<bool(PlexPlot&, const Handles&)>;
+    const std::pair<const char*, Op> ops[] = {
+        {"UpdateTrace", [](PlexPlot& p, const Handles& h) { return p.UpdateTrace(h.trace, kValues, 4); }},
+        {"ShowTrace", [](PlexPlot& p, const Handles& h) { return p.ShowTrace(h.trace, false); }},
+        {"SetReferenceData", [](PlexPlot& p, const Handles& h) { return p.SetReferenceData(h.trace, kValues, 4); }},
+        {"SetRelativeDisplay", [](PlexPlot& p, const Handles& h) { return p.SetRelativeDisplay(true, h.trace); }},
+        {"SetTraceRange", [](PlexPlot& p, const Handles& h) { return p.SetTraceRange(h.trace, 0, 1); }},
+        {"AppendPoint", [](PlexPlot& p, const Handles& h) { return p.AppendPoint(h.trace, 1, 0, 0); }},
+        {"DeleteTrace", [](PlexPlot& p, const Handles& h) { return p.DeleteTrace(h.trace); }},
+        {"RemoveText", [](PlexPlot& p, const Handles& h) { return p.RemoveText(h.text); }},
+        {"RemoveMark", [](PlexPlot& p, const Handles& h) { return p.RemoveMark(h.mark); }},
+    };
+    for (const auto& [kindName, kind] : kinds)
+        for (const auto& [opName, op] : ops) {
+            PlexPlot plot;
+            Handles h{plot.CreateTrace(4, kValues), plot.DrawText(1, 1, "t"), plot.AddMark(2)};
+            if (kind == Deleted) {
+                plot.DeleteTrace(h.trace);
+                plot.RemoveText(h.text);
+                plot.RemoveMark(h.mark);
+            } else if (kind == Cleared) {
+                plot.RemoveAllTraces();
+                plot.RemoveAllTexts();
+                plot.RemoveAllMarks();
+            } else if (kind != Live) {
+                const int32_t other = kind == None ? ui::kNoHandle : kind == Zero ? 0 : h.trace + 100;
+                h = {other, other, other};
+            }
+            // Objects made afterwards must not answer to the old handles, and
+            // a refused call must leave them alone.
+            const Handles later{plot.CreateTrace(2, kValues), plot.DrawText(2, 2, "u"), plot.AddMark(3)};
+            EXPECT_EQ(op(plot, h), kind == Live) << kindName << " / " << opName;
+            EXPECT_EQ(plot.Model().traces.Find(later.trace)->values.size(), 2u) << kindName << " / " << opName;
+            EXPECT_NE(plot.Model().texts.Find(later.text), nullptr) << kindName << " / " << opName;
+            EXPECT_NE(plot.Model().marks.Find(later.mark), nullptr) << kindName << " / " << opName;
+        }
+}
+
+TEST(PlotHandles, HandlesCountUpAndWrapPastTheLargest) {
+    PlexPlot plot;
+    const int32_t a = plot.CreateTrace(4, kValues);
+    plot.RemoveAllTraces();
+    EXPECT_GT(a, 0);
+    EXPECT_GT(plot.CreateTrace(4, kValues), a);  // not reused after a remove-all
+    constexpr int32_t kMax = std::numeric_limits<int32_t>::max();
+    ui::HandleTable<int> table(kMax - 1);
+    EXPECT_EQ(table.Add(0), kMax - 1);
+    EXPECT_EQ(table.Add(0), kMax);
+    EXPECT_EQ(table.Add(0), 1);
+    table.Remove(kMax - 1);
+    EXPECT_EQ(table.Add(0), 2);  // the count goes on; a freed handle is not taken back
+}
+
+TEST(PlotHandles, CountsAreHeldToTheBuffersGiven) {
+    struct Case {
+        const char* name;
+        int32_t count;
+        size_t values, labels, points, keptLabels;
+    };
+    const Case cases[] = {
+        {"count as given", 3, 4, 4, 3, 3},         {"count beyond the buffer", 10, 4, 4, 4, 4},
+        {"negative count", -5, 4, 4, 0, 0},        {"fewer labels than points", 4, 4, 2, 4, 2},
+        {"empty buffer", 4, 0, 0, 0, 0},
+    };
+    for (const Case& c : cases) {
+        PlexPlot plot;
+        const std::vector<float> values(c.values, 1.0f);
+        const int32_t h = plot.CreateTrace(c.count, values, std::vector<std::string>(c.labels, "L"));
+        ASSERT_GT(h, 0) << c.name;
+        EXPECT_EQ(plot.Model().traces.Find(h)->values.size(), c.points) << c.name;
+        EXPECT_EQ(plot.Model().traces.Find(h)->labels.size(), c.keptLabels) << c.name;
+        plot.UpdateTrace(h, values, c.count);
+        EXPECT_EQ(plot.Model().traces.Find(h)->values.size(), c.points) << c.name << " (update)";
+    }
+}
+
+TEST(PlotHandles, NewObjectsTakeTheSettingsInForceWhenMade) {
+    PlexPlot plot;
+    plot.SetForeColour(0x008000);
+    plot.SetTraceStyle(ui::kTraceStyleReference);
+    plot.SetMarkColour(0x0000FF);
+    const int32_t green = plot.CreateTrace(4, kValues), text = plot.DrawText(0, 0, "x"), mark = plot.AddMark(1);
+    plot.SetForeColour(0xFF0000);
+    plot.SetTraceStyle(ui::kTraceStyleNormal);
+    plot.SetMarkColour(0x800000);
+    const int32_t blue = plot.CreateTrace(4, kValues);
+    const ui::PlotModel& m = plot.Model();
+    EXPECT_EQ((std::vector<uint32_t>{m.traces.Find(green)->colour, m.texts.Find(text)->colour, m.marks.Find(mark)->colour,
+                                     m.traces.Find(blue)->colour}),
+              (std::vector<uint32_t>{0x008000, 0x008000, 0x0000FF, 0xFF0000}));
+    EXPECT_EQ(m.traces.Find(green)->style, ui::kTraceStyleReference);
+    EXPECT_EQ(m.traces.Find(blue)->style, ui::kTraceStyleNormal);
+    // 0x00BBGGRR: red is the low byte; bits above the colour are ignored.
+    EXPECT_EQ(ui::ToQColor(0x0080FF), QColor(255, 128, 0));
+    EXPECT_EQ(ui::ToQColor(0x8000000F), QColor(15, 0, 0));
+}
+
+TEST(PlotHandles, ClearRemovesWhatThePlotHoldsButKeepsItsAxes) {
+    plot_test::LiveFixture live;
+    PlexPlot plot;
+    plot.SetXRange(5, 50);
+    plot.SetYLabel("mm");
+    plot.SetCaption("Orbit");
+    const int32_t t = plot.CreateTrace(4, kValues, std::vector<std::string>{"a", "b", "c", "d"});
+    plot.SetReferenceData(t, kValues, 4);
+    plot.DrawText(0, 0, "x");
+    plot.AddMark(1);
+    ASSERT_GT(plot.Attach(kValues), 0);
+    plot.Clear();
+    const ui::PlotModel& m = plot.Model();
+    EXPECT_TRUE(m.traces.empty() && m.texts.empty() && m.marks.empty() && m.reference.empty());
+    EXPECT_EQ(plot.LinkCount() + live.scheduler.ActiveTimers(), 0u);
+    EXPECT_EQ((std::array<double, 2>{plot.XMin(), plot.XMax()}), (std::array<double, 2>{5, 50}));
+    EXPECT_EQ(plot.YLabel() + " " + plot.Caption(), "mm Orbit");
+}
+
+}  // namespace

@@ -1,0 +1,188 @@
+// Live links of a plot on a fake transport, driven by the test clock: what a
+// link asks for, when data-received is raised and with which error flag, what
+// reading the link data gives, and that links stop.
+#include <gtest/gtest.h>
+
+#include <array>
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "plot_test_support.h"
+#include "vire/completion_codes.h"
+
+namespace {
+
+using plot_test::FakeTransport;
+using ui::PlexPlot;
+
+class LiveLinkTest : public ::testing::Test {
+public:  // the cases' lambdas reach in
+    LiveLinkTest() { NewPlot(); }
+    void NewPlot() {
+        plot = std::make_unique<PlexPlot>();
+        QObject::connect(plot.get(), &PlexPlot::DataReceive,
+                         [this](int32_t link, int16_t error) { events.push_back({link, error}); });
+    }
+    int32_t Attach(const std::string& device, size_t count, int32_t interval = 1000) {
+        plot->SetAccessMode("POLL");
+        plot->SetPollingInterval(interval);
+        plot->SetProtocol("VIRE");
+        plot->SetContext("ORKA");
+        plot->SetServer("BPMQ1");
+        plot->SetDevice(device);
+        plot->SetProperty("ORBIT.X");
+        return plot->Attach(std::vector<float>(count));
+    }
+    FakeTransport::Reading& Reading(const std::string& device) {
+        return live.transport->readings["/ORKA/BPMQ1/" + device + " ORBIT.X"];
+    }
+
+    plot_test::LiveFixture live;
+    std::unique_ptr<PlexPlot> plot;
+    std::vector<std::pair<int32_t, int16_t>> events;  // link, error
+};
+
+TEST_F(LiveLinkTest, AttachAsksForTheBuffersCountOfFloatsOnTheFullDeviceName) {
+    const int32_t link = Attach("ORBIT", 32, 500);
+    ASSERT_GT(link, 0);
+    ASSERT_EQ(live.transport->subscribed.size(), 1u);
+    const vire::SubscriptionRequest& r = live.transport->subscribed[0];
+    EXPECT_EQ(r.fullDeviceName + " " + r.property, "/ORKA/BPMQ1/ORBIT ORBIT.X");
+    EXPECT_EQ((std::array<int32_t, 3>{r.format, r.count, r.intervalMs}), (std::array<int32_t, 3>{517, 32, 500}));
+    EXPECT_NE(Attach("ORBIT", 1), link);
+
+    const std::pair<const char*, std::function<void()>> refused[] = {
+        {"access mode other than POLL", [this] { plot->SetAccessMode("READ"); }},
+        {"access mode in lower case", [this] { plot->SetAccessMode("poll"); }},
+        {"another protocol", [this] { plot->SetProtocol("OTHER"); }},
+        {"interval 0", [this] { plot->SetPollingInterval(0); }},
+        {"no scheduler to tick it", [] { vire::SetScheduler(nullptr); }},
+        {"no transport", [] { vire::SetTransport(nullptr); }},
+    };
+    for (const auto& [name, change] : refused) {
+        Attach("ORBIT", 4);
+        change();
+        EXPECT_EQ(plot->Attach(std::vector<float>(4)), -1) << name;
+        vire::SetScheduler(&live.scheduler);
+        vire::SetTransport(live.transport);
+    }
+    EXPECT_EQ(Attach("ORBIT", 0), -1);  // empty buffer
+    EXPECT_EQ(plot->LinkCount(), 2 + 6);
+}
+
+TEST_F(LiveLinkTest, ARoundOfLinksRaisesOneEventWithTheFirstFailure) {
+    struct Case {
+        const char* name;
+        std::vector<vire::Status> statuses;  // per link
+        int16_t error;
+    };
+    const Case cases[] = {
+        {"one link, good", {0}, 0},
+        {"one link, time-out", {vire::kTimeout}, vire::kTimeout},
+        {"four parts, good", {0, 0, 0, 0}, 0},
+        {"four parts, the third down", {0, 0, vire::kLinkError, 0}, vire::kLinkError},
+        {"two failures: the first in the round", {0, vire::kUnknownDevice, vire::kTimeout}, vire::kUnknownDevice},
+    };
+    for (const Case& c : cases) {
+        plot->Clear();
+        events.clear();
+        std::vector<int32_t> links;
+        for (size_t i = 0; i < c.statuses.size(); ++i) {
+            Reading("P" + std::to_string(i)) = {c.statuses[i], {float(i), 2}, 517};
+            links.push_back(Attach("P" + std::to_string(i), 2));
+        }
+        live.scheduler.AdvanceBy(999);
+        EXPECT_TRUE(events.empty()) << c.name;
+        live.scheduler.AdvanceBy(1);
+        ASSERT_EQ(events.size(), 1u) << c.name;
+        EXPECT_EQ(events[0], std::make_pair(links.back(), c.error)) << c.name;
+        live.scheduler.AdvanceBy(2000);
+        EXPECT_EQ(events.size(), 3u) << c.name;
+        EXPECT_EQ(plot->PointCounter(), 3) << c.name;
+        for (size_t i = 0; i < links.size(); ++i) {  // the good parts' data are there
+            float first = -1;
+            EXPECT_EQ(plot->ReadLinkData(links[i], first), c.statuses[i] == 0) << c.name << " part " << i;
+            EXPECT_EQ(first, c.statuses[i] == 0 ? float(i) : -1.0f) << c.name << " part " << i;
+        }
+    }
+    // A slower link does not hold a faster one back: each delivery of FAST
+    // after its first ends the round before it; at 3 s SLOW completes one.
+    plot->Clear();
+    events.clear();
+    Attach("FAST", 1, 1000);
+    Attach("SLOW", 1, 3000);
+    live.scheduler.AdvanceBy(2999);
+    EXPECT_EQ(events.size(), 1u);
+    live.scheduler.AdvanceBy(1);
+    EXPECT_EQ(events.size(), 3u);
+}
+
+TEST_F(LiveLinkTest, ReadingKeepsTheLastGoodValues) {
+    const int32_t link = Attach("ORBIT", 4);
+    std::vector<float> target{9, 9, 9, 9, 9};
+    EXPECT_EQ(plot->ReadLinkData(link, target), 0);  // nothing received yet
+    EXPECT_EQ(target, (std::vector<float>{9, 9, 9, 9, 9}));
+    struct Step {
+        const char* name;
+        FakeTransport::Reading reading;
+        int16_t error;
+        std::vector<float> read;  // into a 5-float target of 9s
+    };
+    const Step steps[] = {
+        {"good", {0, {1, 2, 3, 4}, 517}, 0, {1, 2, 3, 4, 9}},
+        {"failed: the last good ones stay", {vire::kTimeout, {7, 7, 7, 7}, 517}, vire::kTimeout, {1, 2, 3, 4, 9}},
+        {"another format: refused", {0, {5, 5, 5, 5}, 512}, vire::kFormatMismatch, {1, 2, 3, 4, 9}},
+        {"more than asked: refused", {0, {5, 5, 5, 5, 5}, 517}, vire::kFormatMismatch, {1, 2, 3, 4, 9}},
+        {"fewer than asked: only those", {0, {6, 6}, 517}, 0, {6, 6, 9, 9, 9}},
+        {"format 5 is single too", {0, {8, 8, 8, 8}, 5}, 0, {8, 8, 8, 8, 9}},
+    };
+    for (const Step& s : steps) {
+        Reading("ORBIT") = s.reading;
+        events.clear();
+        live.scheduler.AdvanceBy(1000);
+        ASSERT_EQ(events.size(), 1u) << s.name;
+        EXPECT_EQ(events[0].second, s.error) << s.name;
+        target = {9, 9, 9, 9, 9};
+        plot->ReadLinkData(link, target);
+        EXPECT_EQ(target, s.read) << s.name;
+    }
+    float one = 0;
+    EXPECT_TRUE(plot->ReadLinkData(link, one));
+    EXPECT_EQ(one, 8);
+    EXPECT_FALSE(plot->ReadLinkData(link + 1, one));
+}
+
+TEST_F(LiveLinkTest, LinksStopWhenDetachedClearedOrThePlotGoes) {
+    const std::pair<const char*, std::function<void(int32_t)>> cases[] = {
+        {"detach", [this](int32_t link) { EXPECT_TRUE(plot->Detach(link)); }},
+        {"detach all", [this](int32_t) { plot->DetachAll(); }},
+        {"clear", [this](int32_t) { plot->Clear(); }},
+        {"plot deleted", [this](int32_t) { plot.reset(); }},
+        {"detached inside the event", [this](int32_t) {
+             QObject::connect(plot.get(), &PlexPlot::DataReceive, [this](int32_t link, int16_t) { plot->Detach(link); });
+             live.scheduler.AdvanceBy(1000);
+         }},
+        {"plot deleted inside the event", [this](int32_t) {
+             QObject::connect(plot.get(), &PlexPlot::DataReceive, [this](int32_t, int16_t) { plot.reset(); });
+             live.scheduler.AdvanceBy(1000);
+         }},
+    };
+    for (const auto& [name, stop] : cases) {
+        NewPlot();
+        Reading("ORBIT") = {0, {1}, 517};
+        const int32_t link = Attach("ORBIT", 1);
+        live.scheduler.AdvanceBy(1000);
+        stop(link);
+        events.clear();
+        live.scheduler.AdvanceBy(5000);
+        EXPECT_TRUE(events.empty()) << name;
+        EXPECT_EQ(live.transport->ActiveSubscriptions(), 0u) << name;
+        EXPECT_EQ(live.scheduler.ActiveTimers(), 0u) << name;
+        if (plot) {
+            EXPECT_FALSE(plot->Detach(link)) << name;
+        }
+    }
+}
+
+}  // namespace

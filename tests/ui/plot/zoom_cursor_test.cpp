@@ -1,0 +1,146 @@
+// Zoom by dragging, unzoom, clicks, cursor moves and the options request,
+// driven by simulated mouse input.
+#include <gtest/gtest.h>
+
+#include <QTest>
+#include <array>
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include "plot_test_support.h"
+
+namespace {
+
+using ui::PlexPlot;
+using Pair = std::array<double, 2>;
+
+class ZoomTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        plot.SetXRange(0, 100);
+        plot.SetYMin(0);
+        plot.SetYMax(50);
+        plot_test::Show(plot);
+        QObject::connect(&plot, &PlexPlot::ZoomEvent,
+                         [this](double a, double b, double c, double d) { zooms.push_back({a, b, c, d}); });
+        QObject::connect(&plot, &PlexPlot::CursorClick, [this](double x, double y) { clicks.push_back({x, y}); });
+        QObject::connect(&plot, &PlexPlot::CursorMove, [this](double x, double y) { moves.push_back({x, y}); });
+    }
+    QWidget* canvas() { return plot.Canvas(); }
+    // A pixel of the plot area, as fractions of its width and height from its top left.
+    QPoint At(double fx, double fy) {
+        const QRect area = plot.Canvas()->PlotArea();
+        return QPoint(area.left() + qRound(fx * area.width()), area.top() + qRound(fy * area.height()));
+    }
+    QPointF Axis(QPoint pixel) { return plot.Canvas()->ToAxis(pixel); }
+    void Drag(QPoint from, QPoint to) {
+        QTest::mousePress(canvas(), Qt::LeftButton, {}, from);
+        QTest::mouseMove(canvas(), (from + to) / 2);
+        QTest::mouseMove(canvas(), to);
+        QTest::mouseRelease(canvas(), Qt::LeftButton, {}, to);
+    }
+
+    PlexPlot plot;
+    std::vector<std::array<double, 4>> zooms;
+    std::vector<Pair> clicks, moves;
+};
+
+TEST_F(ZoomTest, ADraggedRectangleZoomsToItAndRaisesTheNewRanges) {
+    struct Case {
+        const char* name;
+        QPointF from, to;  // fractions of the plot area
+        bool zoomX, zoomY;
+    };
+    const Case cases[] = {
+        {"down and right", {0.2, 0.2}, {0.6, 0.7}, true, true},
+        {"up and right", {0.3, 0.8}, {0.5, 0.1}, true, true},
+        {"a sweep along x zooms x only", {0.1, 0.5}, {0.4, 0.5}, true, false},
+        {"a sweep along y zooms y only", {0.5, 0.1}, {0.5, 0.6}, false, true},
+    };
+    for (const Case& c : cases) {
+        plot.UnZoom();
+        zooms.clear();
+        const QPoint from = At(c.from.x(), c.from.y()), to = At(c.to.x(), c.to.y());
+        const QPointF a = Axis(from), b = Axis(to);
+        Drag(from, to);
+        ASSERT_EQ(zooms.size(), 1u) << c.name;
+        const std::array<double, 4> expected{c.zoomX ? std::min(a.x(), b.x()) : 0, c.zoomX ? std::max(a.x(), b.x()) : 100,
+                                             c.zoomY ? std::min(a.y(), b.y()) : 0, c.zoomY ? std::max(a.y(), b.y()) : 50};
+        EXPECT_EQ(zooms.front(), expected) << c.name;
+        EXPECT_TRUE(plot.IsZoomed()) << c.name;
+        EXPECT_EQ((std::array<double, 4>{plot.XMin(), plot.XMax(), plot.YMin(), plot.YMax()}), expected) << c.name;
+        EXPECT_TRUE(clicks.empty()) << c.name;
+    }
+}
+
+TEST_F(ZoomTest, UnzoomReturnsToTheRangeBeforeTheFirstZoom) {
+    struct Case {
+        const char* name;
+        int zoomsFirst;
+        std::string how;
+        size_t events;  // zoom events the unzoom raises
+    };
+    const Case cases[] = {
+        {"backward drag after two zooms", 2, "back", 1}, {"double click after one zoom", 1, "double", 1},
+        {"call after three zooms", 3, "call", 1},        {"backward drag when not zoomed", 0, "back", 0},
+        {"call when not zoomed", 0, "call", 0},
+    };
+    for (const Case& c : cases) {
+        for (int i = 0; i < c.zoomsFirst; ++i) Drag(At(0.1, 0.1), At(0.8, 0.8));
+        plot.SetXRange(10, 20);  // from code while zoomed: still zoomed, home kept
+        EXPECT_EQ(plot.IsZoomed(), c.zoomsFirst > 0) << c.name;
+        zooms.clear();
+        if (c.how == "back") Drag(At(0.8, 0.2), At(0.2, 0.7));
+        if (c.how == "double") QTest::mouseDClick(canvas(), Qt::LeftButton, {}, At(0.5, 0.5));
+        if (c.how == "call") {
+            EXPECT_EQ(plot.UnZoom(), c.events == 1) << c.name;
+        }
+        ASSERT_EQ(zooms.size(), c.events) << c.name;
+        EXPECT_FALSE(plot.IsZoomed()) << c.name;
+        const double home = c.zoomsFirst > 0 ? 0 : 10;
+        EXPECT_EQ(plot.XMin(), home) << c.name;
+        EXPECT_EQ(plot.YMax(), 50) << c.name;
+        if (c.events) {
+            EXPECT_EQ(zooms.front(), (std::array<double, 4>{0, 100, 0, 50})) << c.name;
+        }
+        plot.SetXRange(0, 100);
+    }
+}
+
+TEST_F(ZoomTest, ShortMovesAreClicksTheCursorFollowsAndTheRightButtonAsksForOptions) {
+    const QPoint at = At(0.25, 0.5), nudged = at + QPoint(3, -3);
+    QTest::mousePress(canvas(), Qt::LeftButton, {}, at);
+    QTest::mouseMove(canvas(), nudged);
+    QTest::mouseRelease(canvas(), Qt::LeftButton, {}, nudged);
+    EXPECT_EQ(clicks, (std::vector<Pair>{{Axis(nudged).x(), Axis(nudged).y()}}));
+    EXPECT_TRUE(zooms.empty());
+
+    moves.clear();
+    const QPoint over = At(0.75, 0.25);
+    QTest::mouseMove(canvas(), over);
+    EXPECT_EQ(moves, (std::vector<Pair>{{Axis(over).x(), Axis(over).y()}}));
+    EXPECT_DOUBLE_EQ(plot.CursorX(), Axis(over).x());
+    EXPECT_TRUE(plot.CursorVisible());
+    plot.SetCursorX(42);  // from code: no event
+    plot.SetCursorX(std::nan(""));
+    EXPECT_EQ(plot.CursorX(), 42);
+    EXPECT_EQ(moves.size(), 1u);
+
+    // Outside the plot area (on the axis labels): no event, no zoom, no click.
+    clicks.clear();
+    const QPoint outside = plot.Canvas()->PlotArea().bottomLeft() + QPoint(-10, 10);
+    QTest::mouseMove(canvas(), outside);
+    Drag(outside, outside + QPoint(-30, 20));
+    EXPECT_EQ(moves.size(), 1u);
+    EXPECT_TRUE(clicks.empty());
+    EXPECT_TRUE(zooms.empty());
+
+    std::vector<QPoint> requests;
+    QObject::connect(&plot, &PlexPlot::OptionsRequest, [&](QPoint p) { requests.push_back(p); });
+    for (QPoint p : {At(0.5, 0.5), QPoint(2, 2)}) QTest::mouseClick(canvas(), Qt::RightButton, {}, p);
+    EXPECT_EQ(requests, (std::vector<QPoint>{canvas()->mapToGlobal(At(0.5, 0.5)), canvas()->mapToGlobal(QPoint(2, 2))}));
+    EXPECT_TRUE(clicks.empty());
+}
+
+}  // namespace
