@@ -16,7 +16,12 @@ if [ -x "$build/bin/lumiscope" ]; then
   exec "${run[@]}"
 fi
 
-# Until the viewer window exists, check the sample configuration the way the
-# viewer will read it.
+# Until the viewer window exists: check the sample configuration the way the
+# viewer will read it, then, on a display, show the plot demo fed live by the
+# simulated accelerator.
 echo "The viewer window is not built yet: checking the sample configuration instead."
-exec "$build/bin/lumiscope-config" check "$top/configs"
+"$build/bin/lumiscope-config" check "$top/configs"
+if [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ] && [ -x "$build/bin/lumiscope-plot-demo" ]; then
+  echo "Showing the plot demo on the simulated accelerator meanwhile."
+  exec "$build/bin/lumiscope-plot-demo" --config "$top/configs"
+fi
