@@ -121,7 +121,7 @@ DemoWindow::DemoWindow(QWidget* parent) : QWidget(parent) {
     acceleratorFeed_->Show("ORKA overview (each curve on its own scale)", "% of scale", 0, 100,
                            {MachineItem("Beam current 0-300 mA", "DCCT", "CURRENT", 0, 300, kItemColours[0]),
                             MachineItem("Lifetime 0-30 h", "LIFETIME", "LIFETIME", 0, 30, kItemColours[1]),
-                            MachineItem("RF voltage 0-4 MV", "RF", "RF.VOLTAGE", 0, 4, kItemColours[3])},
+                            MachineItem("RF voltage 0-4 MV", "RF", "RF.VOLTAGE", 0, 4, kItemColours[5])},
                            true, false);
     spectrum_->SetCursorVisible(false);
 }

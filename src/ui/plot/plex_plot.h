@@ -27,7 +27,9 @@ class PlotCanvas;
 class PlexPlot : public QWidget {
     Q_OBJECT
 public:
+    // An empty plot: axes 0..10, common scale, black fore colour, no links.
     explicit PlexPlot(QWidget* parent = nullptr);
+    // Stops the links; no event of them arrives afterwards.
     ~PlexPlot() override;
 
     // --- Traces (new traces take the fore colour and the trace style) ---
@@ -61,18 +63,21 @@ public:
     int32_t ReadTracePoints(int32_t trace, std::vector<float>& values, std::vector<double>& xs) const;
     // Style new traces take: 1 threshold, 2 normal, 8 reference.
     void SetTraceStyle(int32_t style);
-    int32_t TraceStyle() const { return model_.traceStyle; }
+    int32_t TraceStyle() const { return model_.traceStyle; }  // the style new traces take
     // Colour (0x00BBGGRR) new traces and texts take.
     void SetForeColour(Colour colour);
-    Colour ForeColour() const { return model_.foreColour; }
+    Colour ForeColour() const { return model_.foreColour; }  // the colour new traces and texts take
 
-    // --- Texts at axis coordinates (top left corner at x, y) ---
+    // --- Texts at axis coordinates ---
+    // A text in the fore colour with its top left corner at (x, y); its handle.
     int32_t DrawText(double x, double y, const std::string& text);
     // Removes one text; false when the handle names none.
     bool RemoveText(int32_t text);
+    // Removes every text.
     void RemoveAllTexts();
 
     // --- Axes ---
+    // The limits as last set (by code, zoom or auto-scale).
     double XMax() const { return model_.limits.xMax; }
     double XMin() const { return model_.limits.xMin; }
     double YMax() const { return model_.limits.yMax; }
@@ -84,6 +89,7 @@ public:
     void SetYMin(double value);
     // Both x limits at once (the zoom does not count this as zooming).
     void SetXRange(double start, double end);
+    // Axis titles ("Device Name/Location", units).
     void SetXLabel(const std::string& label);
     std::string XLabel() const;
     void SetYLabel(const std::string& label);
@@ -99,7 +105,7 @@ public:
     void AutoScale(int16_t xMinFlag, int16_t xMaxFlag, int16_t yMinFlag, int16_t yMaxFlag);
     // x as Unix seconds with date/time ticks.
     void SetTimeAxis(bool on);
-    bool TimeAxis() const { return model_.timeAxis; }
+    bool TimeAxis() const { return model_.timeAxis; }  // x shown as date/time
     // The 24-character date/time text of an x position ("" for none).
     std::string XToTimeText(double x) const;
 
@@ -111,25 +117,28 @@ public:
     bool UnZoom();
     // On while the plot shows a past time window: time ticks carry the date.
     void SetHistoryDisplay(bool on);
-    bool HistoryDisplay() const { return model_.historyDisplay; }
+    bool HistoryDisplay() const { return model_.historyDisplay; }  // showing a past window
 
     // --- Cursor and marks ---
     // Puts the vertical cursor at x (shows it; raises no event).
     void SetCursorX(double x);
-    double CursorX() const { return model_.cursorX; }
+    double CursorX() const { return model_.cursorX; }  // where the cursor stands
+    // Shows or hides the cursor (a mouse move over the plot shows it again).
     void SetCursorVisible(bool visible);
-    bool CursorVisible() const { return model_.cursorVisible; }
+    bool CursorVisible() const { return model_.cursorVisible; }  // cursor shown
     // Text beside the cursor; empty for none.
     void SetCursorCaption(const std::string& caption);
-    std::string CursorCaption() const { return model_.cursorCaption; }
+    std::string CursorCaption() const { return model_.cursorCaption; }  // the text beside the cursor
     // Full label of the element under the mouse ("" where none).
     std::string HoverLabel() const { return model_.hoverLabel; }
     // Colour (0x00BBGGRR) new marks take.
     void SetMarkColour(Colour colour);
-    Colour MarkColour() const { return model_.markColour; }
+    Colour MarkColour() const { return model_.markColour; }  // the colour new marks take
     // A mark at an element position (x); returns its handle.
     int32_t AddMark(double x);
+    // Removes one mark; false when the handle names none.
     bool RemoveMark(int32_t mark);
+    // Removes every mark.
     void RemoveAllMarks();
 
     // --- Trend traces ---
@@ -142,24 +151,25 @@ public:
     bool AppendPoint(int32_t trace, float value, int32_t counter, int16_t flag);
     // Points a trend trace keeps (at least 1; 2000 at start).
     void SetTrendCapacity(int32_t points);
-    int32_t TrendCapacity() const { return trendCapacity_; }
+    int32_t TrendCapacity() const { return trendCapacity_; }  // points a trend trace keeps
 
     // --- Live link (parameters apply to the next Attach) ---
-    void SetAccessMode(const std::string& mode);  // "POLL"
-    void SetPollingInterval(int32_t milliseconds);
-    void SetProtocol(const std::string& protocol);  // "VIRE"
-    void SetContext(const std::string& context);
-    void SetServer(const std::string& server);
-    void SetDevice(const std::string& device);
-    void SetProperty(const std::string& property);
-    const LinkParameters& LinkSettings() const { return links_.parameters; }
+    void SetAccessMode(const std::string& mode);        // "POLL", the only mode a link has
+    void SetPollingInterval(int32_t milliseconds);      // at least 1
+    void SetProtocol(const std::string& protocol);      // "VIRE", the only protocol
+    void SetContext(const std::string& context);        // first part of the device name
+    void SetServer(const std::string& server);          // second part
+    void SetDevice(const std::string& device);          // third part
+    void SetProperty(const std::string& property);      // what the link reads
+    const LinkParameters& LinkSettings() const { return links_.parameters; }  // all of the above
     // Starts a link reading as many 32-bit floats as the buffer holds from
     // "/" + context + "/" + server + "/" + device; its link number, or -1.
     int32_t Attach(std::span<const float> buffer);
     // Stops one link; false for an unknown link number.
     bool Detach(int32_t link);
+    // Stops every link.
     void DetachAll();
-    int32_t LinkCount() const { return links_.Count(); }
+    int32_t LinkCount() const { return links_.Count(); }  // links running
     // The values last received on a link: its first value, or as many as the
     // target holds (returns how many). Nothing is written before a good delivery.
     bool ReadLinkData(int32_t link, float& value) const;
@@ -171,6 +181,7 @@ public:
 
     // What the plot shows (read-only).
     const PlotModel& Model() const { return model_; }
+    // The drawing surface (pixel mapping, layout), for tests and benchmarks.
     PlotCanvas* Canvas() const { return canvas_; }
 
 signals:

@@ -247,9 +247,13 @@ void PlotCanvas::DrawTexts(QPainter& painter, const QRect&) {
     for (const auto& [handle, text] : model_.texts) {
         const QPointF at = ToPixel(text.x, text.y);
         if (!std::isfinite(at.x()) || !std::isfinite(at.y())) continue;
+        const QString shown = QString::fromStdString(text.text);
+        // (x, y) is the text's top left corner. A pale ground keeps captions
+        // readable where they lie over a trace.
+        const QRectF box(at, QSizeF(metrics.horizontalAdvance(shown) + 2, metrics.height()));
+        painter.fillRect(box, QColor(255, 255, 255, 190));
         painter.setPen(ToQColor(text.colour));
-        // (x, y) is the text's top left corner.
-        painter.drawText(at + QPointF(0, metrics.ascent()), QString::fromStdString(text.text));
+        painter.drawText(at + QPointF(1, metrics.ascent()), shown);
     }
 }
 
