@@ -15,6 +15,11 @@ namespace {
 constexpr int kDragPixels = 4;
 // Room a time tick label needs, so the tick count follows the plot width.
 constexpr int kTimeTickPixels = 140;
+// Beyond this distance from the widget a position is drawn nowhere: the
+// painter is not asked to place text or lines at absurd coordinates.
+constexpr double kFarPixels = 1e5;
+
+bool Near(QPointF p) { return std::abs(p.x()) < kFarPixels && std::abs(p.y()) < kFarPixels; }
 
 QCPRange Normalised(double a, double b) {
     double lo = std::min(a, b), hi = std::max(a, b);
@@ -229,7 +234,7 @@ void PlotCanvas::DrawTrace(QPainter& painter, const Trace& trace, const QRect& a
 void PlotCanvas::DrawMarks(QPainter& painter, const QRect& area) {
     for (const auto& [handle, mark] : model_.marks) {
         const double px = xAxis->coordToPixel(mark.x);
-        if (px < area.left() || px > area.right()) continue;
+        if (!(px >= area.left() && px < area.right() + 1)) continue;  // also NaN
         const QColor colour = ToQColor(mark.colour);
         painter.setPen(QPen(colour, 1, Qt::DotLine));
         painter.drawLine(QPointF(px, area.top()), QPointF(px, area.bottom()));
@@ -246,7 +251,7 @@ void PlotCanvas::DrawTexts(QPainter& painter, const QRect&) {
     const QFontMetrics metrics(font());
     for (const auto& [handle, text] : model_.texts) {
         const QPointF at = ToPixel(text.x, text.y);
-        if (!std::isfinite(at.x()) || !std::isfinite(at.y())) continue;
+        if (!Near(at)) continue;  // also NaN
         const QString shown = QString::fromStdString(text.text);
         // (x, y) is the text's top left corner. A pale ground keeps captions
         // readable where they lie over a trace.
@@ -260,7 +265,7 @@ void PlotCanvas::DrawTexts(QPainter& painter, const QRect&) {
 void PlotCanvas::DrawCursor(QPainter& painter, const QRect& area) {
     if (!model_.cursorVisible) return;
     const double px = xAxis->coordToPixel(model_.cursorX);
-    if (!std::isfinite(px)) return;
+    if (!(px >= area.left() && px < area.right() + 1)) return;
     painter.setPen(QPen(kCursorColour, 1));
     painter.drawLine(QPointF(px, area.top()), QPointF(px, area.bottom()));
     const QFontMetrics metrics(font());

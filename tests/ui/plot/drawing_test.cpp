@@ -4,6 +4,7 @@
 
 #include <QImage>
 #include <cmath>
+#include <limits>
 #include <vector>
 
 #include "plot_test_support.h"
@@ -116,6 +117,18 @@ TEST_F(DrawingTest, TextsMarksAndCursorAppearWhereAndInTheColourGiven) {
     EXPECT_EQ(At(45, 3), QColor(0x50, 0x50, 0x50));
     plot.SetCursorVisible(false);
     EXPECT_EQ(At(45, 3), QColor(Qt::white));
+}
+
+TEST_F(DrawingTest, TextsMarksAndACursorAtAbsurdPositionsAreDrawnNowhere) {
+    Flat(50, kGreen);
+    const QImage before = plot.Canvas()->grab().toImage();
+    for (double v : {std::nan(""), std::numeric_limits<double>::infinity(), 1e300, -1e300}) {
+        plot.DrawText(v, 50, "x");
+        plot.DrawText(5, v, "x");
+        plot.AddMark(v);
+        plot.SetCursorX(v);
+    }
+    EXPECT_EQ(plot.Canvas()->grab().toImage(), before);
 }
 
 }  // namespace
