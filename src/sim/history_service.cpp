@@ -58,7 +58,10 @@ std::vector<int64_t> SampleTimes(const HistoryService::Recording& r, int64_t fro
 }  // namespace
 
 HistoryService::HistoryService(const Model& model, const SimulationSettings& settings)
-    : model_(model), settings_(settings) {}
+    : model_(model), settings_(settings) {
+    for (const auto& c : model_.channels)
+        if (!c.hstServer.empty()) localServers_.insert(c.hstServer);
+}
 
 bool HistoryService::IsArchiver(const Address& address) const {
     const auto names = vire::ArchiverNames();
@@ -67,9 +70,7 @@ bool HistoryService::IsArchiver(const Address& address) const {
 
 bool HistoryService::Serves(const Address& address) const {
     if (IsArchiver(address)) return true;
-    const std::string server = address.ServerAddress();
-    return std::any_of(model_.channels.begin(), model_.channels.end(),
-                       [&](const Channel& c) { return c.hstServer == server; });
+    return localServers_.count(address.ServerAddress()) != 0;
 }
 
 HistoryService::Recording HistoryService::RecordingOf(const Address& address) const {

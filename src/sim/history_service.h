@@ -9,6 +9,7 @@
 #pragma once
 
 #include <cstdint>
+#include <set>
 #include <string>
 
 #include "sim/model.h"
@@ -47,6 +48,7 @@ private:
 
     const Model& model_;
     const SimulationSettings& settings_;
+    std::set<std::string> localServers_;  // every channel's HstServer
 };
 
 }  // namespace sim

@@ -22,11 +22,6 @@ int32_t Room(const vire::DataObject& out, int32_t asked) {
     return std::min<int32_t>(asked, static_cast<int32_t>(out.buffer.size() / static_cast<size_t>(width)));
 }
 
-bool IsNameFormat(int16_t format) {
-    const std::string name = vire::FormatName(format);
-    return name.rfind("NAME", 0) == 0 && name.back() != 'I' && name != "NAME16FI";
-}
-
 // Names as fields of `width` characters, blank-padded; a longer name is cut
 // into fields of width-1 characters each ending in "&", the last one plain.
 std::vector<std::string> NameFields(const std::vector<std::string>& names, size_t width) {
@@ -127,8 +122,7 @@ vire::Status SimulatedAccelerator::Dispatch(const Address& address, const std::s
                                             vire::DataObject& out, const vire::DataObject& in,
                                             int16_t access, int32_t asked) {
     const std::string device = address.ServerAddress() + (address.device.empty() ? "" : "/" + address.device);
-    const auto [base, element] = SplitElement(property);
-    if (model_.thresholds.count({device, base}) != 0)
+    if (model_.thresholds.count({device, SplitElement(property).first}) != 0)
         return AccessThreshold(device, property, out, in, access, asked);
     if (access != vire::kAccessRead) return vire::kIllegalAccess;
     if (property == "PROPS" && address.device.empty()) return ReadProperties(address, out, in, asked);
@@ -136,7 +130,7 @@ vire::Status SimulatedAccelerator::Dispatch(const Address& address, const std::s
         return ReadNames(address, property.substr(0, property.size() - 4), out, asked);
     if (history_.Serves(address)) return history_.Read(address, property, out, in, asked);
     if (const auto it = model_.locations.find({device, property}); it != model_.locations.end()) {
-        if (!IsNameFormat(out.format)) return vire::kFormatMismatch;
+        if (!vire::IsNameFormat(out.format)) return vire::kFormatMismatch;
         const size_t width = static_cast<size_t>(vire::FormatSize(out.format));
         return WriteFields(NameFields(it->second, width), out, Room(out, asked), width);
     }
@@ -184,7 +178,7 @@ vire::Status SimulatedAccelerator::ReadNames(const Address& address, const std::
         probe.device.clear();
         return UnknownAddress(probe) == vire::kLinkError ? vire::kLinkError : vire::kUnknownProperty;
     }
-    if (!IsNameFormat(out.format)) return vire::kFormatMismatch;
+    if (!vire::IsNameFormat(out.format)) return vire::kFormatMismatch;
     const size_t width = static_cast<size_t>(vire::FormatSize(out.format));
     const std::vector<std::string> names = it->names.empty() ? std::vector<std::string>{"#0"} : it->names;
     return WriteFields(NameFields(names, width), out, Room(out, asked), width);

@@ -53,6 +53,11 @@ int32_t FormatSize(int16_t code) {
     return info ? info->size : 0;
 }
 
+bool IsNameFormat(int16_t code) {
+    const std::string name = FormatName(code);
+    return name.rfind("NAME", 0) == 0 && name.back() != 'I';
+}
+
 int16_t FormatCode(const std::string& name) {
     for (const auto& info : kFormats)
         if (name == info.name) return info.code;

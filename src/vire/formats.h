@@ -31,6 +31,10 @@ int32_t FormatSize(int16_t code);
 // The code raised into the 512.. range, as the two functions above see it.
 int16_t CanonicalFormat(int16_t code);
 
+// True for the fixed-width text formats NAME8 .. NAME64 (not those that
+// carry numbers beside the name, such as NAME16I or NAME16FI).
+bool IsNameFormat(int16_t code);
+
 // The code of a name, or 0 when no format has it ("NULL" included).
 int16_t FormatCode(const std::string& name);
 

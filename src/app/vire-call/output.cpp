@@ -33,7 +33,6 @@ void Add(Answer& answer, const std::string& json, const std::string& plain) {
 void DecodeValues(Answer& answer, int16_t format, std::span<const std::byte> buffer, int32_t count) {
     const int16_t code = vire::CanonicalFormat(format);
     const size_t width = static_cast<size_t>(vire::FormatSize(format));
-    const std::string name = vire::FormatName(format);
     for (int32_t i = 0; i < count; ++i) {
         const size_t at = static_cast<size_t>(i) * width;
         if (width == 0 || at + width > buffer.size()) break;
@@ -53,7 +52,7 @@ void DecodeValues(Answer& answer, int16_t format, std::span<const std::byte> buf
             const auto v = std::to_string(static_cast<int16_t>(static_cast<uint16_t>(element[0]) |
                                                                 (static_cast<uint16_t>(element[1]) << 8)));
             Add(answer, v, v);
-        } else if ((name.rfind("NAME", 0) == 0 && name.back() != 'I') || code == vire::kFormatText) {
+        } else if (vire::IsNameFormat(format) || code == vire::kFormatText) {
             const std::string v = vire::Bytes2String(element);
             Add(answer, Quoted(v), v);
         } else {

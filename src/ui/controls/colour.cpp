@@ -3,6 +3,8 @@
 #include <QGuiApplication>
 #include <QPalette>
 
+#include "ui/plot/colour.h"
+
 namespace ui {
 
 QColor ResolveColour(uint32_t value, const QPalette* palette) {
@@ -15,8 +17,7 @@ QColor ResolveColour(uint32_t value, const QPalette* palette) {
             default: return colours.color(QPalette::Base);
         }
     }
-    return QColor(static_cast<int>(value & 0xFF), static_cast<int>((value >> 8) & 0xFF),
-                  static_cast<int>((value >> 16) & 0xFF));
+    return ToQColor(value);
 }
 
 uint32_t ColourValue(const QColor& colour) {
