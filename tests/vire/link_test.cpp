@@ -67,13 +67,6 @@ TEST(ErrorText, KnownCodesHaveTheirTextOthersAreUndefined) {
     for (const Case& c : cases) EXPECT_EQ(vire::ErrorText(c.status), c.text) << c.status;
 }
 
-TEST(ErrorText, EveryCodeOfTheTableHasAText) {
-    for (const auto& entry : vire::CompletionCodes()) {
-        EXPECT_NE(vire::ErrorText(entry.code), "Error undefined") << entry.code;
-        EXPECT_FALSE(std::string(entry.text).empty());
-    }
-}
-
 TEST(RPCERR, CutsToTheBufferAndAnswersNonZeroWithoutAText) {
     char small[6];
     std::memset(small, 'x', sizeof small);
@@ -84,13 +77,6 @@ TEST(RPCERR, CutsToTheBufferAndAnswersNonZeroWithoutAText) {
     EXPECT_STREQ(untouched, "abc");
     EXPECT_NE(vire::RPCERR(0, untouched, 0), 0);
     EXPECT_NE(vire::RPCERR(0, nullptr, 10), 0);
-}
-
-TEST(UserName, ASetNameWinsOverTheEnvironment) {
-    vire::SetUserName("operator");
-    EXPECT_EQ(vire::UserName(), "operator");
-    vire::SetUserName("");
-    EXPECT_EQ(vire::UserName(), "");
 }
 
 }  // namespace
