@@ -1,0 +1,104 @@
+// The window's shared data: everything the concern files of SpectrumForm read
+// and write besides the widgets. One plain struct, owned by the form, so that
+// later features add fields here instead of reshaping the window.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+
+#include "catalogue/catalogue.h"
+#include "catalogue/fixed_array.h"
+#include "viewer/item_record.h"
+
+namespace viewer {
+
+inline constexpr int kMaxItemSlot = 10;        // SelectedItems 0..10
+inline constexpr int kMaxLivePoints = 8000;    // the combined spectrum's limit
+inline constexpr int kMaxZoom = 20;            // zoom stack 0..20
+inline constexpr int kTrendPlots = 4;          // zoom columns 0..3
+inline constexpr int kPropBoxes = 4;           // ChkProps(0..3)
+inline constexpr int kPropMaps = 5;            // PropChannel / PropHeadChannel 0..4
+
+using ItemTable = catalogue::FixedArray<SelectedItem, 0, kMaxItemSlot>;
+using ColourTable = catalogue::FixedArray<uint32_t, 0, kMaxItemSlot>;
+using LiveValueTable = catalogue::FixedArray<float, 0, kMaxLivePoints>;
+using LiveLabelTable = catalogue::FixedArray<std::string, 0, kMaxLivePoints>;
+using ZoomTable = catalogue::FixedArray<double, 0, kMaxZoom>;
+using ZoomColumns = catalogue::FixedArray<std::array<double, kTrendPlots>, 0, kMaxZoom>;
+using PropMap = catalogue::FixedArray<int16_t, 0, kPropMaps - 1>;
+
+// Values the viewer control and the window share for the whole library.
+struct LibraryValues {
+    std::string ProgramPath;      // the host program's directory, trailing "\"
+    std::string ConfigPath;       // trailing "\"
+    bool OpenedByControl = false; // the window takes the fixed configuration directory
+    bool ViewerReady = false;     // the control has opened the window once
+    bool ConfigOk = true;
+};
+LibraryValues& Library();
+
+struct FormState {
+    catalogue::Catalogue cat;
+
+    // --- start-up ---
+    int16_t MaxItems = 9;
+    bool Initialising = false;
+    bool Busy = false;               // the window's busy mark
+    bool ExtrasRequested = false;
+    int16_t ExtrasMode = 0;          // 0 none, 1 companions of the items, 2 extra plot only
+    int16_t DisplayCounter0 = 0;     // the two display-state counters set at start-up
+    int16_t DisplayCounter1 = 1;
+    int16_t DisplayMode = 1;
+    bool AcceleratorOverview = false;  // the machine overview has been started
+    int16_t HistorySelections = 0;
+
+    // --- channel selection ---
+    int16_t PrevChannel = -1;
+    PropMap PropChannel{};
+    PropMap PropHeadChannel{};
+    int16_t PropBoxesUsed = 0;
+    int16_t ChannelsStarted = 0;
+    int16_t CompanionMarker = -1;    // every catalogue load sets it to -1
+    int16_t LinkRestartCalls = 0;
+    bool AxisReset = false;
+    std::string CurrentElementName;
+    // Address strings of the chosen channel for the history retrieval.
+    std::string HistoryServer;
+    std::string HistoryProperty;
+    std::string ArchiveServer;
+    std::string ArchiveProperty;
+    int16_t CaptionIndex = 0;        // index into the trace caption table (0..15)
+
+    // --- selected items ---
+    ItemTable SelectedItems;
+    ItemTable SelectedItems2;
+    int16_t SelectedItemCount = 0;
+    int16_t ExtraItemCount = 0;
+    int16_t CurrentItem = -1;
+    ColourTable ItemColours{};
+
+    // --- live spectrum ---
+    LiveValueTable LiveValues{};
+    LiveLabelTable LiveLabels;
+    int16_t LivePointCount = 0;
+    int32_t LastLiveUpdate = 0;
+    int32_t SpectrumModeText = -1;
+    int32_t TrendModeText = -1;
+    bool SuppressSpectrumUpdates = false;  // gate flag of the spectrum plot
+    bool SuppressTrendUpdates = false;     // gate flag of the trend plots
+    bool PercentMode = false;              // values shown in percent of threshold
+
+    // --- time window and zoom ---
+    int32_t HistoryStart = 0;
+    int32_t HistoryStop = 0;
+    int32_t HistorySpan = 3600;
+    int16_t ZoomCount = 0;
+    ZoomTable ZoomFrom{};
+    ZoomTable ZoomTo{};
+    ZoomColumns ZoomYMax{};
+    ZoomColumns ZoomYMin{};
+    std::array<double, 4> ZoomMarkers{-1, -1, -1, -1};
+};
+
+}  // namespace viewer

@@ -1,0 +1,60 @@
+// One selected item: an element of a spectrum channel followed over time on a
+// trend plot, marked on the live spectrum and listed as one grid row. The
+// extra-channel list uses the same record.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace viewer {
+
+inline constexpr int kItemHistoryPoints = 2001;  // value and time histories 0..2000
+
+struct SelectedItem {
+    std::string context;
+    std::string server;
+    std::string property;
+    std::string archiveServer;
+    std::string archiveProperty;
+    std::string historyServer;
+    std::string historyProperty;
+    std::string elementName;
+    bool hasLocation = false;
+    std::string location;
+    int16_t ExtraPropComboIndex = -1;
+    std::string tag;
+    int32_t markNumber = -1;   // mark on PLEXPlotSpectrum
+    int32_t traceNumber = -1;  // trace on the item's trend plot
+    std::vector<float> valueHistory;
+    std::vector<int32_t> timeHistory;
+    int16_t elementIndex1 = 0;
+    int16_t elementIndex2 = 0;
+    int16_t elementNumber = 0;
+    int16_t sourceChannel = 0;
+    int16_t plottedChannel = 0;
+    std::string channelName;
+    bool hasThresholds = false;
+    bool hasData = false;
+    int16_t pointCount = 0;
+    int16_t propertyLink = 0;
+    std::string PropShort;
+    double liveUpper = 0.0;
+    double liveLower = 0.0;
+    double scaleFactor = 1.0;
+    double offset = 0.0;
+    std::string liveScaleType = "LIN";
+    std::string axisLabel;
+    double historyUpper = 0.0;
+    double historyLower = 0.0;
+    std::string historyScaleType = "LIN";
+    int16_t zoomFlag = 0;
+
+    // Set at start-up for every slot: the slot holds no item yet.
+    bool unusedSlot = true;
+    bool unusedSlot2 = true;
+    float currentValue = 0.0f;  // last live value
+    int32_t linkHandle = -1;    // live link on the item's trend plot
+};
+
+}  // namespace viewer

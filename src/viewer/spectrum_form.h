@@ -1,0 +1,223 @@
+// The viewer window. The operator chooses a machine, a subsystem and a
+// channel, and watches the channel's spectrum live; selected elements are
+// followed over time on the trend plots beside their grids.
+//
+// One class whose member functions live in the file of their concern:
+//   form_widgets.cpp / form_menus.cpp  the controls, menus and layout
+//   startup.cpp      Form_Load, Form_Unload, start arguments
+//   navigation.cpp   machine, subsystem and device choice; catalogue callbacks
+//   selection.cpp    channel chooser, element chooser, property boxes, ranges
+//   channel_open.cpp element names, locations and thresholds of a channel
+//   live.cpp         data-received events of the four plots
+//   plotsetup.cpp    colours and grids (InitGraphics), markers
+//   printing.cpp     snapshot to the logbook
+//   pending.cpp      procedures whose behaviour later features bring
+// The shared data is FormState; widgets are reached through the form only.
+#pragma once
+
+#include <QMainWindow>
+#include <array>
+#include <cstdint>
+#include <functional>
+#include <string>
+
+#include "catalogue/catalogue_window.h"
+#include "viewer/form_state.h"
+
+class QAction;
+class QCheckBox;
+class QComboBox;
+class QFrame;
+class QGroupBox;
+class QLabel;
+class QLineEdit;
+class QMenu;
+class QPushButton;
+class QRadioButton;
+class QSpinBox;
+class QSplitter;
+
+namespace ui {
+class PlexPlot;
+class ValueGrid;
+class MonthCalendar;
+class IntervalTimer;
+}  // namespace ui
+
+namespace viewer {
+
+inline constexpr int kMachineMenuEntries = catalogue::kMaxMachine + 1;  // MenuMachine(0..15)
+inline constexpr int kMachine2Entries = 3;                              // MenuMachine2(0..2)
+
+class SpectrumForm : public QMainWindow, public catalogue::CatalogueWindow {
+    Q_OBJECT
+
+public:
+    // commandLine: the start arguments as one text (machine, subsystem,
+    // "EXTRAS_ON", split at "," or " "); applicationPath: the program's
+    // directory in the system's form, without trailing "\".
+    SpectrumForm(std::string commandLine, std::string applicationPath, QWidget* parent = nullptr);
+    ~SpectrumForm() override;
+
+    // Runs the start-up once (the first showing does it too).
+    void Load();
+    bool Loaded() const { return loaded_; }
+
+    FormState& State() { return s_; }
+    const FormState& State() const { return s_; }
+
+    // --- operations other windows and the control call ---
+    void SelectAMachine(int16_t& machine, int16_t& subMachine, int16_t& wantPs);
+    void SelectASubSystem(int16_t index);
+    void SelectADevice(int32_t& row);
+
+    // Closes every window of the library (a nested call does nothing).
+    static void UnloadAllForms();
+
+    // --- catalogue::CatalogueWindow ---
+    void SetSubsystemMenuEntry(int16_t index, const std::string& caption, bool visible) override;
+    void HideSubsystemMenuEntry(int16_t index) override;
+    void ClearSpectrumCombo() override;
+    void AddSpectrumComboItem(const std::string& text) override;
+    void SetSpectrumComboVisible(bool visible) override;
+    void SelectSpectrumComboPosition(int16_t position) override;
+    void PrepareChannel(int16_t channel) override;
+    void ShowMessage(const std::string& text) override;
+
+    // --- controls (system names; arrays keep their indices) ---
+    std::array<QAction*, kMachineMenuEntries> MenuMachine{};
+    std::array<QAction*, kMachine2Entries> MenuMachine2{};
+    QMenu* MenuMachine2Menu = nullptr;
+    QMenu* MSubsystem = nullptr;
+    std::array<QAction*, catalogue::kSubsystemMenuEntries> MenuSubsystem{};
+    QMenu* MenuOperationsMenu = nullptr;
+    std::array<QAction*, 2> MenuOperations{};
+    QAction* MExtraInfo = nullptr;
+    QAction* PrintOpts = nullptr;
+    QMenu* liveOpts = nullptr;
+    std::array<QAction*, 3> LiveAutoScale{};
+    QAction* LivePeakHold = nullptr;
+    QAction* refDisplay = nullptr;
+    QAction* refMark = nullptr;
+    QAction* liveShowThreshold = nullptr;
+    QAction* dispPercent = nullptr;
+    QAction* displayReset = nullptr;
+    QMenu* displayOpts = nullptr;
+    std::array<QAction*, 3> HistAutoScale{};
+    QAction* histShowThreshold = nullptr;
+    QAction* modThreshold = nullptr;
+    QAction* selectedItemDelete = nullptr;
+    QAction* allItemsDelete = nullptr;
+    std::array<QAction*, 5> scDepth{};
+    QMenu* machOptions = nullptr;
+    QAction* MachAutoScale = nullptr;
+    QMenu* GeneralOpts = nullptr;
+
+    QComboBox* SpectrumCombo = nullptr;
+    QComboBox* ComboDevs = nullptr;
+    QPushButton* ComSelDevice = nullptr;
+    QGroupBox* FrameProps = nullptr;
+    std::array<QCheckBox*, kPropBoxes> ChkProps{};
+    std::array<QLabel*, 2> LabelExtDevice{};
+    std::array<QLineEdit*, 4> TxtSelect{};
+    std::array<QPushButton*, 6> ComSelect{};
+    std::array<QCheckBox*, 2> ChkAuto{};
+    QCheckBox* ChkScale = nullptr;
+    QCheckBox* ChkRelScale = nullptr;
+    std::array<QLabel*, 5> LabelSelect{};
+    std::array<QLabel*, 2> LabelPoints{};
+    std::array<QLabel*, 2> LabelMisc{};
+    std::array<QFrame*, 3> X{};
+    std::array<QLabel*, 2> LabelZoom{};
+    std::array<QLabel*, 2> PicZoom{};
+    QPushButton* ComUnZoom = nullptr;
+    QRadioButton* OptLiveData = nullptr;
+    QRadioButton* OptArchiveData = nullptr;
+    std::array<QRadioButton*, 2> OptTime{};
+    QSpinBox* UpDownTime = nullptr;
+    QLineEdit* TextTimeScale = nullptr;
+    QFrame* FrameMisc4 = nullptr;  // FrameMisc(4)
+    ui::MonthCalendar* MonthView1 = nullptr;
+    ui::PlexPlot* PLEXPlotSpectrum = nullptr;
+    ui::PlexPlot* PLEXPlotSelected = nullptr;
+    ui::PlexPlot* PLEXPlotExtra = nullptr;
+    ui::PlexPlot* PLEXPlotAccelerator = nullptr;
+    ui::ValueGrid* GridSelected = nullptr;
+    ui::ValueGrid* GridExtra = nullptr;
+    ui::ValueGrid* GridAccelerator = nullptr;
+    ui::IntervalTimer* MovieTimer = nullptr;
+    QLabel* StatusLine = nullptr;  // what the links report, in words
+
+    // --- event handlers (public so that tests drive them as the user would) ---
+    void MenuMachine_Click(int16_t index);
+    void MenuMachine2_Click(int16_t index);
+    void MenuSubsystem_Click(int16_t index);
+    void SpectrumCombo_Click();
+    void ComSelDevice_Click();
+    void ChkProps_Click(int16_t index);
+    void ComSelect_Click(int16_t index);
+    void TxtSelect_Change(int16_t index);
+    void PrintOpts_Click();
+    void MExtraInfo_Click();
+    // The data-received events of the plots.
+    void PLEXPlotSpectrum_DataReceive(int32_t link, int16_t error);
+    void Plot_DataReceive(int16_t which, int32_t link, int16_t error);
+
+    // --- procedures ---
+    void InitPropSelections(bool fromItem);
+    void initSpectrumInfo(int16_t channel);
+    void InitGraphics();
+    void DrawMarkers();
+    void LinkRestart();
+    // Opens a catalogue entry's data source: element names, locations and
+    // thresholds. The middleware's completion code (0 = opened).
+    int16_t OpenChannel(int16_t channel);
+
+    // Procedures whose behaviour later features bring (pending.cpp).
+    void SelectAChannel(int16_t& element, int16_t& sourceChannel, int16_t& elementNumber,
+                        int16_t& plottedChannel);
+    void RemoveAllItems();
+    void RemoveSelectedItem();
+    void ClickAGrid(int32_t row);
+    void SwitchExtras(int16_t mode);
+    void EnterHistoryMode();
+    void SwitchScaleMenu(int16_t mode);
+    void setSpectrumHistoryParameters();
+    void InitAcceleratorHistory();
+    void UpDownTime_Change(bool fromScale);
+    void DrawThresholds(ui::PlexPlot* plot);
+    void ConvertToPercent();
+    void AutoScaling(int16_t plotCode, int16_t mode);
+    void ReloadArchiveData();
+    void PlotCursor_Click(int16_t which, double x, double y);
+    void PlotCursor_Move(int16_t which, double x, double y);
+    void ZoomRoutine(int16_t which, double newStart, double newEnd, double newYMin, double newYMax);
+
+    // The program's text for the device under the mouse on the spectrum.
+    std::string DeviceUnderCursor(double x) const;
+
+protected:
+    void showEvent(QShowEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    void BuildControls();
+    void BuildMenus();
+    void BuildLayout();
+    void ConnectEvents();
+    void Form_Load();
+    void Form_Unload();
+    void Form_Resize();
+    void ShowLinkStatus();
+    // Runs a handler; a run-time error of the window logic (a bound, an
+    // overflow) is reported in a message box and the window keeps running.
+    void Guarded(const char* handler, const std::function<void()>& body);
+    std::string ReadUserName() const;
+
+    FormState s_;
+    std::string commandLine_;
+    std::string applicationPath_;
+    bool loaded_ = false;
+};
+
+}  // namespace viewer
