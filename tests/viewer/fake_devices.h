@@ -21,7 +21,7 @@ public:
     std::map<std::string, std::vector<float>> values;  // "/CTX/SRV/DEV PROP"
     std::map<std::string, vire::Status> failing;        // "/CTX/SRV" of a failing server
 
-    vire::Status Call(const std::string& device, const std::string& property, vire::DataObject& out,
+    vire::Status Call(const std::string& device, const std::string&, vire::DataObject& out,
                       const vire::DataObject&, int16_t, int32_t) override {
         if (const vire::Status s = FailureOf(device); s != 0) return s;
         if (out.format != vire::kFormatName16) return vire::kOk;
