@@ -156,7 +156,7 @@ void SpectrumForm::initSpectrumInfo(int16_t channel) {
         plot->SetXMin(-0.2);
         plot->SetXMax(upper + 0.2);
         s_.AxisReset = true;
-        plot->Clear();
+        plot->Clear(true);  // the items' marks stay
         s_.SpectrumModeText = -1;
     } else {
         plot->SetXMax(plot->XMax() + upper + 1);
