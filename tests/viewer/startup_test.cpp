@@ -10,6 +10,7 @@
 #include <QPushButton>
 
 #include "form_fixture.h"
+#include "ui/plot/plex_plot.h"
 #include "scratch_config.h"
 #include "viewer/startup_rules.h"
 
@@ -66,6 +67,7 @@ TEST(StartUp, ArgumentsChooseMachineSubsystemAndExtras) {
         EXPECT_TRUE(form.MenuMachine[c.machine]->isChecked()) << c.line;
         EXPECT_TRUE(form.MenuSubsystem[cat.CurrentSubsystem]->isChecked()) << c.line;
         EXPECT_FALSE(f.State().Initialising) << c.line;
+        EXPECT_GT(form.PLEXPlotSpectrum->LinkCount(), 0) << c.line << ": the shown channel goes live";
         EXPECT_EQ(form.LabelSelect[4]->text(), "All Curves");
         EXPECT_EQ(f.dialogs.Texts(), std::vector<std::string>{}) << c.line;
     }
@@ -104,6 +106,7 @@ TEST(StartUp, EachFailingStepShowsItsMessageAndStopsThere) {
         f.Load();
         EXPECT_EQ(f.dialogs.Texts(), std::vector<std::string>{c.message}) << c.name;
         EXPECT_TRUE(f.State().Initialising) << c.name << ": the start-up stopped before its end";
+        EXPECT_EQ(f.form->PLEXPlotSpectrum->LinkCount(), 0) << c.name;
         EXPECT_EQ(f.dialogs.Records()[0].title, "") << c.name;
     }
 }
