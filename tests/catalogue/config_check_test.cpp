@@ -80,11 +80,12 @@ TEST_F(BrokenCopy, FindsEveryProblem) {
         "KALM,BPMSRV/LINE,POS.X,12,Head,2,-2,mm,REVERSE,,,1,-1",            // line 2: APPEND on row 1
         "KALM,BPMSRV/LINE,POS.Y,12,Part,3,-2,mm,yes,,,0,-1",                // 3: append refused
         "KALM,BPMSRV,POS.S,12abc,Sum,2,2,V,,a.csv,b.csv,1,9",               // 4: many
-        "KALM,BPMSRV/LINE,POS.T,8001,Long,2,-2,mm,,,,1,-1",                 // 5: > 8000 points
-        "KALM,BPMSRV/LINE,POS.U,12,Thr,2,-2,mm,,configs\\KALM_THR.csv,,1,-1",  // 6: HIGH lost to LOW
+        "KALM,BPMSRV/LINE,POS.T,4001,Long,2,-2,mm,,,,1,-1",                 // 5: > 8000 points with 6
+        "KALM,BPMSRV/LINE,POS.U,4000,Thr,2,-2,mm,yes,configs\\KALM_THR.csv,,1,-1",  // 6: HIGH lost to LOW
         "KALM,BPMSRV/LINE,POS.V,12,Link,2,-2,mm,,,/KALM/BAD[THR,1,-1",      // 7: bad link form
         "KALM,BPMSRV/LINE,POS.W,2,File,2,-2,mm,,,configs\\KALM_THR.csv,1,-1",  // 8: too many rows
         "KALM,BPMSRV/LINE,POS.Z,2,Gone,2,-2,mm,,,configs\\NONE.csv,1,-1",   // 9: missing file
+        "KALM,BPMSRV/LINE,POS.H,2000000000,Huge,2,-2,mm,,,,1,-1",          // 10: no spectrum that long
     });
     Write("KALM_THR.csv", {"DEVICE,HIGH", ";x", "B1,5", "B2,oops"});
     Write("LYRAS_Subsystems.csv", {"FILENAME,DESCRIPTION", "LYRAS_BPM.csv,", "LYRAS_MISSING.csv,Missing"});
@@ -107,6 +108,7 @@ TEST_F(BrokenCopy, FindsEveryProblem) {
         {"KALM_BPM.csv", 7, "is not of the form /CONTEXT/SERVER/DEVICE[PROPERTY]"},
         {"KALM_BPM.csv", 8, "Threshold array out of bounds !"},
         {"KALM_BPM.csv", 9, "threshold file 'configs\\NONE.csv' not found"},
+        {"KALM_BPM.csv", 10, "not read: SIZE 2000000000 outside 0..8000"},
         {"KALM_THR.csv", 2, "comment mark not honoured"},
         {"KALM_THR.csv", 4, "HIGH value 'oops' is not a number"},
         {"LYRAS_Subsystems.csv", 2, "without a description"},

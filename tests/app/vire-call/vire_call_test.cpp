@@ -56,6 +56,12 @@ TEST(VireCall, JsonAnswersCarryStatusTextFormatAndValues) {
         {{"/ORKA/BLMSRV/LOSS.RING", "THRESHOLD[2]", "--write", "12.5", "--user", "operator"}, 0, "SINGLE", 0, ""},
         {{"/ORKA/NOWHERE/X", "P"}, 2, "SINGLE", 0, ""},
         {{"/ORKA/BPMQ1/ORBIT", "ORBIT.X", "--format", "LONG"}, 13, "LONG", 0, ""},
+        // Counts no buffer should be made for: the call's own code, no abort.
+        {{"/ORKA/BPMQ1/ORBIT", "ORBIT.X", "--count", "-3"}, 14, "SINGLE", 0, ""},
+        {{"/ORKA/BPMQ1/ORBIT", "ORBIT.X", "--count", "2000000000", "--format", "DOUBLE"}, 14, "DOUBLE", 0, ""},
+        {{"--names", "/ORKA/BLMSRV", "LOSS.FAST", "--count", "2000000000"}, 14, "NAME16", 0, ""},
+        {{"--history", "OKHISTORY", "CURRENT", "--from", "now-60", "--to", "now", "--count", "2147483647"}, 14,
+         "FLTINT", 0, ""},
     };
     for (const Case& c : cases) {
         std::vector<std::string> args = c.args;
@@ -130,7 +136,6 @@ TEST(VireCall, UsageErrorsExitWith2AndCallNothing) {
         {},
         {"/ORKA/BPMQ1/ORBIT"},
         {"/ORKA/BPMQ1/ORBIT", "ORBIT.X", "--count"},
-        {"/ORKA/BPMQ1/ORBIT", "ORBIT.X", "--count", "-3"},
         {"/ORKA/BPMQ1/ORBIT", "ORBIT.X", "--format", "FLOAT"},
         {"/ORKA/BPMQ1/ORBIT", "ORBIT.X", "--write", "1,x"},
         {"/ORKA/BPMQ1/ORBIT", "ORBIT.X", "--bogus"},
