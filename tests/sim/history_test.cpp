@@ -50,6 +50,16 @@ TEST_F(SimTest, LocalHistoryCoversTheLastDaysTheArchiveReachesFurtherAtCoarserSt
     }
 }
 
+TEST_F(SimTest, AReadIntoALargerBufferDeliversNoMoreThanTheCountAsked) {
+    const int32_t from = static_cast<int32_t>(kNowS - 600), to = static_cast<int32_t>(kNowS);
+    const auto series = History("/ORKA/BPMHIST/BPM.S01.C2", "ORBIT.X.Q1.HIST", {from, to}, 5, vire::kFormatFltInt, 50);
+    ASSERT_EQ(series.status, 0);
+    EXPECT_EQ(series.values.size(), 5u);
+    EXPECT_EQ(std::make_pair(series.times.front(), series.times.back()), std::make_pair(from, to)) << "spread over the window";
+    const auto spectrum = History("/ORKA/BCMHIST/#0", "CHARGE.P2.HIST", {to, to, 0}, 10, vire::kFormatSingle, 1980);
+    EXPECT_EQ(spectrum.values.size(), 10u);
+}
+
 TEST_F(SimTest, HistoryAgreesWithWhatWasLiveAtTheSameMoment) {
     const auto live = Floats("/ORKA/DCCT/RING", "CURRENT", 1);
     const auto local = History("/ORKA/MACHHIST/RING", "CURRENT.HIST", {static_cast<int32_t>(kNowS - 60), static_cast<int32_t>(kNowS)}, 10);
