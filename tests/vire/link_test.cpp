@@ -20,10 +20,7 @@ TEST(LinkCall, PassesEveryArgumentAndNeverThrows) {
 
     auto fake = std::make_shared<vire_test::FakeTransport>();
     vire::SetTransport(fake);
-    fake->answer = [](vire::DataObject& o) {
-        o.count = 3;
-        return vire::Status{36};
-    };
+    fake->answer = [](vire::DataObject& o) { return o.count = 3, vire::Status{36}; };
     out.count = 4;
     EXPECT_EQ(vire::LinkCall("/ORKA/SRV/DEV", "PROP", out, in, 3, 800), 36);
     ASSERT_EQ(fake->calls.size(), 1u);
@@ -57,15 +54,13 @@ TEST(ErrorText, TheTextRpcerrWritesUpToItsNulOrErrorUndefined) {
 }
 
 TEST(UserName, TheEnvironmentUnlessSetAndBackAfterAReset) {
-    const char* saved = std::getenv("USERNAME");
-    const std::string before = saved ? saved : "";
+    const std::string saved = std::getenv("USERNAME") ? std::getenv("USERNAME") : "";
     ::setenv("USERNAME", "from-env", 1);
     vire::SetUserName("operator");
     EXPECT_EQ(vire::UserName(), "operator");
     vire::ResetUserName();
     EXPECT_EQ(vire::UserName(), "from-env");
-    if (saved) ::setenv("USERNAME", before.c_str(), 1);
-    else ::unsetenv("USERNAME");
+    saved.empty() ? ::unsetenv("USERNAME") : ::setenv("USERNAME", saved.c_str(), 1);
 }
 
 }  // namespace

@@ -4,7 +4,6 @@
 #include "vire/completion_codes.h"
 #include "vire/formats.h"
 #include "vire/queries.h"
-#include "vire/utils.h"
 #include "vire/wire.h"
 
 namespace {
@@ -19,27 +18,32 @@ protected:
     std::shared_ptr<vire_test::FakeTransport> fake = std::make_shared<vire_test::FakeTransport>();
 };
 
-TEST_F(QueryTest, DeviceNamesAskForTheCountGivenAndRefuseCountsNoSpectrumHas) {
-    struct Case { int32_t count, asked; vire::Status status; };
-    const Case cases[] = {{0, 2000, 0}, {1, 1, 0}, {8000, 8000, 0}, {8001, 0, vire::kOutOfRange},
-                          {-1, 0, vire::kOutOfRange}, {2000000000, 0, vire::kOutOfRange}};
+TEST_F(QueryTest, DeviceNamesAskForTheCountGivenRefuseCountsNoSpectrumHasAndKeepTheCountOnFailure) {
+    // claimed: the count the server reports after writing one name.
+    struct Case { int32_t count, asked; vire::Status answered, status; int32_t claimed, countAfter; };
+    const Case cases[] = {
+        {0, 2000, 0, 0, 1, 1}, {1, 1, 0, 0, 1, 1}, {8000, 8000, 0, 0, 1, 1},
+        {8001, 0, 0, vire::kOutOfRange, 1, 8001}, {-1, 0, 0, vire::kOutOfRange, 1, -1},
+        {2000000000, 0, 0, vire::kOutOfRange, 1, 2000000000},
+        {7, 7, vire::kLinkError, vire::kLinkError, 1, 7},
+        {2, 2, 0, 0, 1'000'000, 2},  // more than it was given room for: never read beyond what was asked
+    };
     for (const Case c : cases) {
         fake->calls.clear();
-        fake->answer = [](vire::DataObject& out) { return AnswerFields(out, {"A"}, 16); };
+        fake->answer = [&](vire::DataObject& out) {
+            AnswerFields(out, {"A"}, 16);
+            return out.count = c.claimed, c.answered;
+        };
         int32_t count = c.count;
         Names names{"kept"};
         EXPECT_EQ(vire::GetDeviceNames("/ORKA/BPMQ1", "ORBIT.X", count, names), c.status) << c.count;
-        if (c.status != 0) {
-            EXPECT_TRUE(fake->calls.empty()) << c.count;
-            EXPECT_EQ(count, c.count);
-            EXPECT_EQ(names, Names{"kept"});
-            continue;
-        }
-        ASSERT_EQ(fake->calls.size(), 1u);
-        const auto& call = fake->calls[0];
-        EXPECT_EQ(call.device + " " + call.property, "/ORKA/BPMQ1/#0 ORBIT.X.NAM");
-        EXPECT_EQ(std::make_tuple(call.outCount, call.outFormat, call.access, call.timeoutMs),
-                  std::make_tuple(c.asked, int16_t{521}, int16_t{1}, 1000));
+        EXPECT_EQ(count, c.countAfter) << c.count;
+        EXPECT_EQ(names.front(), c.status == 0 ? "A" : "kept") << c.count;
+        ASSERT_EQ(fake->calls.size(), c.asked > 0 ? 1u : 0u) << c.count;
+        for (const auto& call : fake->calls)
+            EXPECT_EQ(call.device + " " + call.property + " " + std::to_string(call.outCount) + " " +
+                          std::to_string(call.outFormat) + " " + std::to_string(call.access) + " " + std::to_string(call.timeoutMs),
+                      "/ORKA/BPMQ1/#0 ORBIT.X.NAM " + std::to_string(c.asked) + " 521 1 1000");
     }
 }
 
@@ -66,58 +70,19 @@ TEST_F(QueryTest, DeviceNamesTrimJoinContinuationsAndNumberServersWithoutNames) 
     }
 }
 
-TEST_F(QueryTest, DeviceNamesKeepTheCountOnFailureAndNeverReadBeyondWhatWasAsked) {
+// Property lists are tested against the simulated servers (tests/sim).
+TEST_F(QueryTest, FloatsAreReadAsSinglesNeverBeyondTheValuesAndKeptOnFailure) {
     fake->answer = [](vire::DataObject& out) {
-        AnswerFields(out, {"A"}, 16);
-        return vire::kLinkError;
-    };
-    int32_t count = 7;
-    Names names{"kept"};
-    EXPECT_EQ(vire::GetDeviceNames("/S/SRV", "P", count, names), vire::kLinkError);
-    EXPECT_EQ(count, 7);
-    EXPECT_EQ(names, Names{"kept"});
-    fake->answer = [](vire::DataObject& out) {
-        out.count = 1'000'000;  // a server claiming more than it was given room for
-        return vire::Status{0};
-    };
-    count = 2;
-    EXPECT_EQ(vire::GetDeviceNames("/S/SRV", "P", count, names), 0);
-    EXPECT_EQ(count, 2);
-}
-
-TEST_F(QueryTest, PropertiesSendTheNameAndGive36WhenNoRecordCameBack) {
-    fake->answer = [](vire::DataObject& out) {
-        out.format = 525;
-        return AnswerFields(out, {"ORBIT.X  ", "ORBIT.Y"}, 32, ' ');
-    };
-    vire::PropertyList list;
-    EXPECT_EQ(vire::GetProperties("/ORKA/BPMQ1", "ORBIT.X", list), 0);
-    EXPECT_EQ(list.names, (Names{"ORBIT.X", "ORBIT.Y"}));
-    EXPECT_EQ(list.format, 525);
-    const auto& call = fake->calls.at(0);
-    EXPECT_EQ(call.device + " " + call.property + " " + vire::Bytes2String(call.input), "/ORKA/BPMQ1 PROPS ORBIT.X");
-    EXPECT_EQ(call.timeoutMs, 1000);
-    fake->answer = [](vire::DataObject& out) { return AnswerFields(out, {}, 32); };
-    EXPECT_EQ(vire::GetProperties("/ORKA/BPMQ1", "NOPE", list), vire::kNoData);
-    EXPECT_TRUE(list.names.empty());
-    fake->answer = [](vire::DataObject&) { return vire::kTimeout; };
-    EXPECT_EQ(vire::GetProperties("/ORKA/BPMQ1", "", list), vire::kTimeout);
-}
-
-TEST_F(QueryTest, FloatsAreReadAsSinglesAndKeptOnFailure) {
-    fake->answer = [](vire::DataObject& out) {
-        for (size_t i = 0; i < 2; ++i) vire::StoreFloat(out.buffer, 4 * i, 1.5f * static_cast<float>(i + 1));
-        out.count = 5;  // more than asked: only what fits is taken
-        return vire::Status{0};
+        vire::StoreFloat(out.buffer, 4, 1.5f);
+        return out.count = 5, vire::Status{0};  // more than asked: only what fits is taken
     };
     std::vector<float> values(3, -7.0f);
     EXPECT_EQ(vire::ReadFloats("/A/B/C", "THR", values, 800), 0);
-    EXPECT_EQ(values, (std::vector<float>{1.5f, 3.0f, 0.0f}));
-    const auto& call = fake->calls.back();
-    EXPECT_EQ(std::make_tuple(call.outFormat, call.outCount, call.timeoutMs), std::make_tuple(int16_t{517}, 3, 800));
+    EXPECT_EQ(values, (std::vector<float>{0.0f, 1.5f, 0.0f}));
+    EXPECT_EQ(std::make_tuple(fake->calls[0].outFormat, fake->calls[0].outCount), std::make_tuple(int16_t{517}, 3));
     fake->answer = [](vire::DataObject&) { return vire::kLinkError; };
     EXPECT_EQ(vire::ReadFloats("/A/B/C", "THR", values, 800), vire::kLinkError);
-    EXPECT_EQ(values[0], 1.5f);
+    EXPECT_EQ(values[1], 1.5f);
 }
 
 }  // namespace

@@ -9,21 +9,14 @@
 namespace {
 
 // Runs in a zone, restoring the process's own zone afterwards.
-class Zone {
-public:
-    explicit Zone(const char* zone) {
-        if (const char* tz = std::getenv("TZ")) saved_ = tz;
-        ::setenv("TZ", zone, 1);
+struct Zone {
+    explicit Zone(const char* zone) : saved(std::getenv("TZ") ? std::getenv("TZ") : "") { Set(zone); }
+    ~Zone() { Set(saved.empty() ? nullptr : saved.c_str()); }
+    static void Set(const char* zone) {
+        zone ? ::setenv("TZ", zone, 1) : ::unsetenv("TZ");
         ::tzset();
     }
-    ~Zone() {
-        if (saved_.empty()) ::unsetenv("TZ");
-        else ::setenv("TZ", saved_.c_str(), 1);
-        ::tzset();
-    }
-
-private:
-    std::string saved_;
+    std::string saved;
 };
 
 TEST(TimeTexts, CtimeIsLocalFixedWidthTextAndEmptyForNegativeTimes) {
