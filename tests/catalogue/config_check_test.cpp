@@ -1,6 +1,7 @@
 // The directory check over the sample configuration and a broken copy of it.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 
 #include "catalogue/config_check.h"
@@ -55,12 +56,9 @@ protected:
     static void ExpectProblems(const ConfigCheckResult& result, const std::vector<Expect>& wanted,
                                const std::vector<Expect>& unwanted = {}) {
         auto has = [&](const Expect& e) {
-            for (const auto& p : result.problems)
-                if (p.file.size() >= e.file.size() &&
-                    p.file.compare(p.file.size() - e.file.size(), e.file.size(), e.file) == 0 && p.line == e.line &&
-                    p.message.find(e.text) != std::string::npos)
-                    return true;
-            return false;
+            return std::any_of(result.problems.begin(), result.problems.end(), [&](const ConfigProblem& p) {
+                return p.file.ends_with("/" + e.file) && p.line == e.line && p.message.find(e.text) != std::string::npos;
+            });
         };
         for (const Expect& e : wanted) EXPECT_TRUE(has(e)) << e.file << ":" << e.line << " " << e.text << "\n" << Describe(result);
         for (const Expect& e : unwanted) EXPECT_FALSE(has(e)) << e.file << ":" << e.line << " " << e.text;
