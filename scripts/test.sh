@@ -22,7 +22,7 @@ case "${1:-}" in
     flags="$flags -Wno-maybe-uninitialized"
     cmake -S "$top" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Debug -DLUMISCOPE_WERROR=ON \
       -DCMAKE_CXX_FLAGS="$flags" -DCMAKE_EXE_LINKER_FLAGS="-fsanitize=address,undefined"
-    export ASAN_OPTIONS="detect_leaks=1:strict_string_checks=1:detect_stack_use_after_return=1:check_initialization_order=1"
+    export ASAN_OPTIONS="detect_leaks=1:check_initialization_order=1"
     export UBSAN_OPTIONS="print_stacktrace=1:halt_on_error=1"
     export LSAN_OPTIONS="suppressions=$top/tests/support/leak_suppressions.txt:print_suppressions=0"
     ;;

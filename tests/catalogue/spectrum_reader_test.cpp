@@ -59,22 +59,16 @@ TEST(ReadSpectrumConfig, ChooserListsHeadRowsAndHidesForASingleRow) {
     }
 }
 
-TEST(ReadSpectrumConfig, FirstRowsAppendIsIgnoredLaterReverseStandsAlone) {
+TEST(ReadSpectrumConfig, ServerSplitsAtTheFirstSlashFirstRowsAppendIsIgnoredReverseStandsAlone) {
     Read read;
-    read.File({kHeader, "C,S/A,P,4,A,5,-5,mm,REVERSE yes", "C,S/B,P,4,B,5,-5,mm,yes reverse",
-               "C,S/C,P,4,C,9,-5,mm,Reverse", "C,S/D,P,4,D,9,-5,mm,"});
+    read.File({kHeader, "C,SRV/DEV1,P,4,A,5,-5,mm,REVERSE yes", "C,SRV2,P,4,B,5,-5,mm,yes reverse",
+               "C,X/Y/Z,P,4,C,9,-5,mm,Reverse", "C,/LEAD,P,4,D,9,-5,mm,"});
     ASSERT_EQ(read.result, 0);
-    const bool expected[][2] = {{false, false}, {true, true}, {false, true}, {false, false}};  // Append, Reverse
-    for (int i = 0; i < 4; ++i) EXPECT_EQ(std::make_pair(read.Row(i).Append, read.Row(i).Reverse),
-                                          std::make_pair(expected[i][0], expected[i][1])) << i;
-}
-
-TEST(ReadSpectrumConfig, ServerSplitsAtTheFirstSlashOrKeepsTheDevice) {
-    Read read;
-    read.File({kHeader, "C,SRV/DEV1,P,1,A,1,0,,", "C,SRV2,P,1,B,1,0,,", "C,X/Y/Z,P,1,C,1,0,,", "C,/LEAD,P,1,D,1,0,,"});
-    ASSERT_EQ(read.result, 0);
-    const char* expected[] = {"SRV DEV1", "SRV2 DEV1", "X Y/Z", " LEAD"};
-    for (int i = 0; i < 4; ++i) EXPECT_EQ(read.Row(i).Server + " " + read.Row(i).Device, expected[i]) << i;
+    // Server, device (kept from the row before without a "/"), Append, Reverse.
+    const char* expected[] = {"SRV DEV1 00", "SRV2 DEV1 11", "X Y/Z 01", " LEAD 00"};
+    for (int i = 0; i < 4; ++i)
+        EXPECT_EQ(read.Row(i).Server + " " + read.Row(i).Device + " " + std::to_string(read.Row(i).Append) +
+                      std::to_string(read.Row(i).Reverse), expected[i]) << i;
 }
 
 TEST(ReadSpectrumConfig, LowReplacesHighEvenWhenEmpty) {
