@@ -223,7 +223,6 @@ private:
     void ReselectItems();
     std::string TraceCaptionPrefix() const;
     bool LiveAutoScaleChecked() const;
-    void InstallThresholdLinkReader();
     // Opens a spectrum's entries from its head on (at most 100, stopping
     // before the next head entry); the first failure is reported with
     // "PROBLEMS!   " and ends the group. Returns how many were opened.

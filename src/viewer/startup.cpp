@@ -19,6 +19,7 @@
 #include "viewer/startup_rules.h"
 #include "vire/link.h"
 #include "vire/queries.h"
+#include "vire/threshold_link.h"
 
 namespace viewer {
 
@@ -95,7 +96,7 @@ void SpectrumForm::Form_Load() {
     cat.ConfigPath = Library().ConfigPath;
     cat.ProgramPath = Library().ProgramPath;
     cat.ApplicationPath = applicationPath_;
-    InstallThresholdLinkReader();
+    vire::InstallThresholdLink(cat);
     // 8, 9: machine list
     s_.AcceleratorOverview = false;
     cat.CatalogueFresh = true;
