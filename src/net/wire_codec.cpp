@@ -32,7 +32,7 @@ LinkRequest EncodeRequest(const std::string& fullDeviceName, const std::string& 
     request.set_in_format(in.format);
     request.set_in_count(in.count);
     // The input travels as far as its count reaches, never past its buffer.
-    int64_t inBytes = static_cast<int64_t>(in.buffer.size());
+    int64_t inBytes = in.count > 0 ? static_cast<int64_t>(in.buffer.size()) : 0;
     if (const int64_t wanted = ByteSize(in.count, vire::FormatSize(in.format)); wanted >= 0)
         inBytes = std::min(inBytes, wanted);
     request.set_in_data(reinterpret_cast<const char*>(in.buffer.data()), static_cast<size_t>(inBytes));
