@@ -62,7 +62,7 @@ vire::Status DecodeReply(const LinkReply& reply, vire::DataObject& out, int32_t 
     if (bytes < 0 || static_cast<int64_t>(reply.data().size()) != bytes) return vire::kServerError;
     const int64_t room = std::min<int64_t>(std::max(asked, 0), static_cast<int64_t>(out.buffer.size()) / width);
     const int64_t n = std::min<int64_t>(reply.count(), room);
-    std::memcpy(out.buffer.data(), reply.data().data(), static_cast<size_t>(n * width));
+    if (n > 0) std::memcpy(out.buffer.data(), reply.data().data(), static_cast<size_t>(n * width));
     out.count = static_cast<int32_t>(n);
     out.stamp = reply.stamp();
     return status;
@@ -75,8 +75,9 @@ void PrepareBuffers(const LinkRequest& request, ServerBuffers& buffers) {
     if (width > 0) outBytes = std::min(outBytes, std::max<int64_t>(request.out_count(), 0) * width);
     buffers.out.assign(static_cast<size_t>(std::max<int64_t>(outBytes, 0)), std::byte{0});
     const auto& data = request.in_data();
+    // Copied element by element: an empty string's data may be null, which memcpy must not see.
     buffers.in.resize(data.size());
-    std::memcpy(buffers.in.data(), data.data(), data.size());
+    std::transform(data.begin(), data.end(), buffers.in.begin(), [](char c) { return static_cast<std::byte>(c); });
     buffers.outObject = vire::DataObject{request.out_count(), format, "", buffers.out};
     buffers.inObject = vire::DataObject{
         request.in_count(), static_cast<int16_t>(std::clamp<int32_t>(request.in_format(), INT16_MIN, INT16_MAX)), "",
