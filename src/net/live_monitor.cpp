@@ -9,8 +9,9 @@
 
 namespace net {
 
-LiveMonitor::LiveMonitor(vire::SubscriptionRequest request, ChannelPool& channels, NameResolver& names)
-    : request_(std::move(request)), channels_(channels), names_(names) {
+LiveMonitor::LiveMonitor(vire::SubscriptionRequest request, ChannelPool& channels, NameResolver& names,
+                         std::function<void(const vire::LinkData&)> onArrival)
+    : request_(std::move(request)), channels_(channels), names_(names), onArrival_(std::move(onArrival)) {
     latest_.linkStatus = vire::kTimeout;
     thread_ = std::thread([this] { Run(); });
 }
@@ -60,7 +61,6 @@ void LiveMonitor::Stream(const std::string& address) {
     lumiscope::link::v1::MonitorRequest monitor;
     const int32_t width = std::max(vire::FormatSize(request_.format), 1);
     const int64_t capacity = static_cast<int64_t>(std::max(request_.count, 0)) * width;
-    std::vector<std::byte> none;
     const vire::DataObject out{request_.count, request_.format, "", {}};
     *monitor.mutable_link() = EncodeRequest(request_.fullDeviceName, request_.property, out, vire::DataObject{},
                                             vire::kAccessRead, request_.intervalMs, CallerIdentity{vire::UserName(), ""});
@@ -78,6 +78,7 @@ void LiveMonitor::Stream(const std::string& address) {
         data.count = into.count;
         data.bytes.assign(buffer.begin(), buffer.begin() + static_cast<ptrdiff_t>(into.count) * width);
         data.stampMs = reply.stamp_ms();
+        if (onArrival_) onArrival_(data);
         std::lock_guard<std::mutex> lock(mutex_);
         latest_.hasReading = true;
         latest_.sequence += 1;

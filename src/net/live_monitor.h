@@ -10,6 +10,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <thread>
@@ -28,7 +29,9 @@ class LiveMonitor {
 public:
     static constexpr int kRetryMs = 150;
 
-    LiveMonitor(vire::SubscriptionRequest request, ChannelPool& channels, NameResolver& names);
+    // onArrival (may be empty) sees every reading as it arrives, on the monitor's thread.
+    LiveMonitor(vire::SubscriptionRequest request, ChannelPool& channels, NameResolver& names,
+                std::function<void(const vire::LinkData&)> onArrival = {});
     ~LiveMonitor();  // cancels the stream and waits for the thread
     LiveMonitor(const LiveMonitor&) = delete;
     LiveMonitor& operator=(const LiveMonitor&) = delete;
@@ -50,6 +53,7 @@ private:
     const vire::SubscriptionRequest request_;
     ChannelPool& channels_;
     NameResolver& names_;
+    const std::function<void(const vire::LinkData&)> onArrival_;
 
     mutable std::mutex mutex_;
     std::condition_variable wake_;

@@ -92,7 +92,7 @@ vire::SubscriptionId NetworkTransport::Subscribe(const vire::SubscriptionRequest
     std::lock_guard<std::mutex> lock(mutex_);
     std::shared_ptr<LiveMonitor> monitor = monitors_[key].lock();
     if (!monitor) {
-        monitor = std::make_shared<LiveMonitor>(request, channels_, names_);
+        monitor = std::make_shared<LiveMonitor>(request, channels_, names_, arrivals_);
         monitors_[key] = monitor;
     }
     const vire::SubscriptionId id = nextId_++;
@@ -143,6 +143,11 @@ void NetworkTransport::Unsubscribe(vire::SubscriptionId id) {
         if (last.use_count() == 1) monitors_.erase(key);
     }
     last.reset();  // the last subscriber of a link stops its stream (outside the lock)
+}
+
+void NetworkTransport::ObserveArrivals(std::function<void(const vire::LinkData&)> observer) {
+    std::lock_guard<std::mutex> lock(mutex_);
+    arrivals_ = std::move(observer);
 }
 
 size_t NetworkTransport::ActiveSubscriptions() const {

@@ -42,6 +42,11 @@ public:
                                    std::function<void(const vire::LinkData&)> onData) override;
     void Unsubscribe(vire::SubscriptionId id) override;
 
+    // Called on a reader thread for every reading that arrives from a
+    // server, before any tick delivers it (for measurements). Set it before
+    // the first Subscribe.
+    void ObserveArrivals(std::function<void(const vire::LinkData&)> observer);
+
     // Live links and the server readings they share (for tests and tools).
     size_t ActiveSubscriptions() const;
     size_t SharedReadings() const;
@@ -67,6 +72,7 @@ private:
     std::map<vire::SubscriptionId, Subscriber> subscribers_;
     std::map<LinkKey, std::weak_ptr<LiveMonitor>> monitors_;
     vire::SubscriptionId nextId_ = 1;
+    std::function<void(const vire::LinkData&)> arrivals_;
     std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
 };
 
