@@ -84,6 +84,7 @@ TEST(Archiver, AnswersTheSimulatedPastOverTheNetworkAndKeepsItAcrossARestart) {
     {
         net::ArchiveStore store(net::OpenSqlDatabase(db));
         store.PutSnapshot("/ORKA/BPMHIST", "ORBIT.X.Q3.HIST", from, std::vector<float>(32, 42.5f), true);
+        store.PutSnapshot("/ORKA/BPMHIST", "ORBIT.X.Q1.HIST", from + 600, std::vector<float>(32, 77.25f), true);
     }
     ASSERT_TRUE(archiver.Start("lumiscope-archiver", args, kSimEnvironment));
     ASSERT_TRUE(WaitUntil([&] { return Read(network, "/ORKA/OKHISTORY/#1", "LOSS.INT", vire::kFormatFltInt, 1).status != vire::kLinkError; },
@@ -97,7 +98,14 @@ TEST(Archiver, AnswersTheSimulatedPastOverTheNetworkAndKeepsItAcrossARestart) {
             continue;
         }
         EXPECT_EQ(again.status, first[i].status) << c.device;
-        EXPECT_EQ(again.bytes, first[i].bytes) << c.device;
+        ASSERT_EQ(again.bytes.size(), first[i].bytes.size()) << c.device;
+        // The recorded spectrum wins over what was filled in before, at its time only.
+        for (int32_t k = 0; c.format == vire::kFormatFltInt && k < again.count; ++k) {
+            const bool recorded = std::string(c.property) == "ORBIT.X.Q1.HIST" &&
+                                  vire::LoadInt32(again.bytes, 8 * size_t(k) + 4) == from + 600;
+            EXPECT_EQ(vire::LoadFloat(again.bytes, 8 * size_t(k)),
+                      recorded ? 77.25f : vire::LoadFloat(first[i].bytes, 8 * size_t(k))) << c.device << " " << k;
+        }
     }
     // What the first run filled in is in the database, not computed again.
     net::ArchiveStore store(net::OpenSqlDatabase(db));
@@ -160,54 +168,6 @@ TEST_F(Recording, StoresSpectraInElementOrderLocallyEachStepAndInTheArchiveEachQ
     EXPECT_EQ(store->Snapshot("/ORKA/BPMHIST", "ORBIT.X.Q1.HIST", quarter), std::nullopt);
     EXPECT_TRUE(store->Snapshot("/ORKA/BPMHIST", "ORBIT.X.Q1.HIST", quarter + 60).has_value());
     EXPECT_EQ(store->Snapshot("OKHISTORY", "ORBIT.X.Q3", quarter), reversed);
-}
-
-TEST_F(Recording, RecordedValuesAreAnsweredWhereTheSimulatedPastWouldBe) {
-    net::ArchiveServer server(accelerator, store);
-    const int32_t now = static_cast<int32_t>(vire::NowMilliseconds() / 1000);
-    const int32_t t = Minute(now - 600);
-    std::vector<float> spectrum(32);
-    for (int i = 0; i < 32; ++i) spectrum[size_t(i)] = 5000.0f + float(i);
-    store->PutSnapshot("/ORKA/BPMHIST", "ORBIT.X.Q1.HIST", t, spectrum, true);
-
-    const auto ask = [&](const std::string& device, int16_t format, int32_t count, std::vector<int32_t> input) {
-        net::LinkRequest request;
-        request.set_device(device);
-        request.set_property("ORBIT.X.Q1.HIST");
-        request.set_access(vire::kAccessRead);
-        request.set_out_format(format);
-        request.set_out_count(count);
-        request.set_out_capacity(count * vire::FormatSize(format));
-        request.set_in_format(vire::kFormatLong);
-        request.set_in_count(static_cast<int32_t>(input.size()));
-        std::string in(input.size() * 4, '\0');
-        for (size_t i = 0; i < input.size(); ++i)
-            vire::StoreInt32(std::as_writable_bytes(std::span<char>(in)), 4 * i, input[i]);
-        request.set_in_data(in);
-        net::ServerBuffers buffers;
-        net::PrepareBuffers(request, buffers);
-        const vire::Status status = server.Answer(request, buffers, net::CallContext{}, 500);
-        EXPECT_EQ(status, vire::kOk) << device;
-        return buffers;
-    };
-    // Element 3 ("BPM.S01.C4") over the ten minutes around t: the recorded value at t.
-    const auto series = ask("/ORKA/BPMHIST/BPM.S01.C4", vire::kFormatFltInt, 999, {t - 300, t + 300});
-    ASSERT_EQ(series.outObject.count, 11);
-    int found = 0;
-    for (int32_t i = 0; i < series.outObject.count; ++i) {
-        const float v = vire::LoadFloat(series.out, 8 * size_t(i));
-        if (vire::LoadInt32(series.out, 8 * size_t(i) + 4) == t) {
-            EXPECT_EQ(v, 5003.0f);
-            ++found;
-        } else {
-            EXPECT_LT(v, 1000.0f);  // the simulated orbit, in mm
-        }
-    }
-    EXPECT_EQ(found, 1);
-    const auto whole = ask("/ORKA/BPMHIST/#0", vire::kFormatSingle, 32, {t + 30, t + 30, 0});
-    ASSERT_EQ(whole.outObject.count, 32);
-    EXPECT_EQ(whole.outObject.stamp, t);
-    for (int i = 0; i < 32; ++i) EXPECT_EQ(vire::LoadFloat(whole.out, 4 * size_t(i)), spectrum[size_t(i)]);
 }
 
 }  // namespace

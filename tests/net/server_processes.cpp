@@ -21,31 +21,26 @@ bool ServerProcess::Start(const std::string& program, const std::vector<std::str
     Stop();
     int out[2];
     if (pipe(out) != 0) return false;
-    const std::string path = BuildProgram(program);
-    std::vector<std::string> argvText{path};
+    std::vector<std::string> argvText{BuildProgram(program)};
     argvText.insert(argvText.end(), args.begin(), args.end());
     std::vector<char*> argv;
     for (auto& a : argvText) argv.push_back(a.data());
     argv.push_back(nullptr);
-    const pid_t pid = fork();
-    if (pid < 0) return false;
-    if (pid == 0) {
+    pid_ = fork();
+    if (pid_ == 0) {
         dup2(out[1], STDOUT_FILENO);
-        close(out[0]);
-        close(out[1]);
         for (const auto& [name, value] : environment) setenv(name.c_str(), value.c_str(), 1);
-        execv(path.c_str(), argv.data());
+        execv(argv[0], argv.data());
         _exit(127);
     }
     close(out[1]);
-    pid_ = pid;
-    // Read the first line within the limit.
+    // The first line, within the limit.
     std::string line;
     const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-    while (line.find('\n') == std::string::npos && std::chrono::steady_clock::now() < limit) {
-        pollfd p{out[0], POLLIN, 0};
+    char buffer[256];
+    pollfd p{out[0], POLLIN, 0};
+    while (pid_ > 0 && line.find('\n') == std::string::npos && std::chrono::steady_clock::now() < limit) {
         if (poll(&p, 1, 100) <= 0) continue;
-        char buffer[256];
         const ssize_t n = read(out[0], buffer, sizeof buffer);
         if (n <= 0) break;
         line.append(buffer, static_cast<size_t>(n));
@@ -79,18 +74,20 @@ void ServerProcess::Reap(int signal) {
 void ServerProcess::Stop() { Reap(SIGTERM); }
 void ServerProcess::Kill() { Reap(SIGKILL); }
 
-int DeadPort() {
+int LoopbackListener(int& port) {
     const int s = socket(AF_INET, SOCK_STREAM, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    address.sin_port = 0;
+    sockaddr_in address{AF_INET, 0, {htonl(INADDR_LOOPBACK)}, {}};
     socklen_t size = sizeof address;
-    int port = 0;
-    if (bind(s, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0 &&
+    port = 0;
+    if (bind(s, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0 && listen(s, 8) == 0 &&
         getsockname(s, reinterpret_cast<sockaddr*>(&address), &size) == 0)
         port = ntohs(address.sin_port);
-    close(s);
+    return s;
+}
+
+int DeadPort() {
+    int port = 0;
+    close(LoopbackListener(port));
     return port;
 }
 

@@ -1,7 +1,8 @@
-// What callers rely on of any transport, checked on the in-process simulated
-// accelerator and on the network transport alike: live links deliver once
-// per interval with the server's failure when there is one, and stop when
-// unsubscribed.
+// Live links. What callers rely on of any transport, checked on the
+// in-process simulated accelerator and on the network transport alike: one
+// delivery per interval with the server's failure when there is one, nothing
+// after Unsubscribe. Then, on the network only: one stream per link, and a
+// server that goes away and comes back.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -19,37 +20,46 @@ namespace {
 
 constexpr int32_t kIntervalMs = 200;
 
-class TransportContract : public NetworkSuite, public ::testing::WithParamInterface<std::string> {
-protected:
-    void SetUp() override {
-        NetworkSuite::SetUp();
-        if (HasFatalFailure()) return;
-        vire::SetScheduler(&scheduler);
-        if (GetParam() == "network") {
-            transport = Transport();
-        } else {
-            for (const auto& [name, value] : kSimEnvironment) setenv(name.c_str(), value.c_str(), 1);
-            transport = std::make_shared<sim::SimulatedAccelerator>(LUMISCOPE_SAMPLE_CONFIG_DIR);
-        }
-    }
-    void TearDown() override {
-        transport.reset();
-        vire::SetScheduler(nullptr);
-        vire::UseSystemClock();
-    }
+// The test's UI thread: a manual scheduler, with real pauses for the readings to travel.
+struct LiveHelpers {
     vire::SubscriptionId Subscribe(const std::string& device, const std::string& property, int32_t count,
                                    std::vector<vire::LinkData>& into) {
         return transport->Subscribe(vire::SubscriptionRequest{device, property, vire::kFormatSingle, count, kIntervalMs},
                                     [&into](const vire::LinkData& data) { into.push_back(data); });
     }
-    // An interval of real time for the readings to arrive, then one of the
-    // test clock for the ticks.
-    void Interval() {
-        std::this_thread::sleep_for(std::chrono::milliseconds(kIntervalMs));
+    void Interval(int pauseMs = kIntervalMs) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(pauseMs));
         scheduler.AdvanceBy(kIntervalMs);
+    }
+    // Intervals until the last delivery has `status` (at most `limit` of them).
+    bool IntervalsUntil(std::vector<vire::LinkData>& got, vire::Status status, int limit) {
+        for (int i = 0; i < limit; ++i) {
+            Interval(status == vire::kOk ? kIntervalMs : 20);
+            if (!got.empty() && got.back().status == status) return true;
+        }
+        return false;
+    }
+    void Install() { vire::SetScheduler(&scheduler); }
+    void Uninstall() {
+        transport.reset();
+        vire::SetScheduler(nullptr);
+        vire::UseSystemClock();
     }
     vire::ManualScheduler scheduler;
     std::shared_ptr<vire::Transport> transport;
+};
+
+class TransportContract : public NetworkSuite, public ::testing::WithParamInterface<std::string>, public LiveHelpers {
+protected:
+    void SetUp() override {
+        NetworkSuite::SetUp();
+        if (HasFatalFailure()) return;
+        Install();
+        for (const auto& [name, value] : kSimEnvironment) setenv(name.c_str(), value.c_str(), 1);
+        transport = GetParam() == "network" ? std::shared_ptr<vire::Transport>(Transport())
+                                            : std::make_shared<sim::SimulatedAccelerator>(LUMISCOPE_SAMPLE_CONFIG_DIR);
+    }
+    void TearDown() override { Uninstall(); }
 };
 
 TEST_P(TransportContract, LiveLinksDeliverOncePerIntervalWithTheirServersFailure) {
@@ -104,6 +114,59 @@ TEST_P(TransportContract, AnUnsubscribedLinkDeliversNothingMore) {
 
 INSTANTIATE_TEST_SUITE_P(Both, TransportContract, ::testing::Values("simulated", "network"),
                          [](const auto& info) { return info.param; });
+
+// A server that goes away and comes back, for the network transport only.
+class LiveLinks : public ::testing::Test, public LiveHelpers {
+protected:
+    void SetUp() override {
+        ASSERT_TRUE(names.Start("lumiscope-names", {"--listen", "127.0.0.1:0"}));
+        ASSERT_TRUE(StartDevices());
+        Install();
+        network = std::make_shared<net::NetworkTransport>(net::NetworkSettings{names.Address(), "", ""});
+        transport = network;
+    }
+    void TearDown() override {
+        network.reset();
+        Uninstall();
+    }
+    bool StartDevices() {
+        return devices.Start("lumiscope-devserver",
+                             {"--config", LUMISCOPE_SAMPLE_CONFIG_DIR, "--names", names.Address(), "--lease-ms", "600"},
+                             kSimEnvironment);
+    }
+    ServerProcess names, devices;
+    std::shared_ptr<net::NetworkTransport> network;
+};
+
+TEST_F(LiveLinks, AServerAwayFailsEveryIntervalAndIsReadAgainAfterItsReturn) {
+    std::vector<vire::LinkData> got, twin, other;
+    Subscribe("/ORKA/BPMQ1/ORBIT", "ORBIT.X", 32, got);
+    const auto twinId = Subscribe("/ORKA/BPMQ1/ORBIT", "ORBIT.X", 32, twin);
+    EXPECT_EQ(network->SharedReadings(), 1u);  // one stream for both
+    ASSERT_TRUE(IntervalsUntil(got, vire::kOk, 25));
+    EXPECT_EQ(twin.back().stampMs, got.back().stampMs);  // the same reading
+    transport->Unsubscribe(twinId);
+    EXPECT_EQ(network->SharedReadings(), 1u);
+
+    devices.Kill();
+    ASSERT_TRUE(IntervalsUntil(got, vire::kLinkError, 25));
+    const size_t down = got.size();
+    for (int i = 0; i < 5; ++i) Interval();
+    ASSERT_EQ(got.size(), down + 5);
+    for (size_t i = down; i < got.size(); ++i) {
+        EXPECT_EQ(got[i].status, vire::kLinkError) << i;
+        EXPECT_EQ(got[i].count, 0) << i;
+    }
+
+    ASSERT_TRUE(StartDevices());  // on another port: found again by its name
+    ASSERT_TRUE(IntervalsUntil(got, vire::kOk, 25));
+    EXPECT_EQ(got.back().count, 32);
+    // Another link (another count) is another stream.
+    Subscribe("/ORKA/BPMQ1/ORBIT", "ORBIT.X", 16, other);
+    EXPECT_EQ(network->SharedReadings(), 2u);
+    ASSERT_TRUE(IntervalsUntil(other, vire::kOk, 25));
+    EXPECT_EQ(other.back().count, 16);
+}
 
 }  // namespace
 }  // namespace net_test
