@@ -2,10 +2,12 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <filesystem>
 #include <fstream>
 
 #include "net/allow_list.h"
 #include "net/device_server.h"
+#include "net/environment.h"
 #include "net/name_client.h"
 #include "net/name_registry.h"
 #include "vire/completion_codes.h"
@@ -114,6 +116,29 @@ TEST(NameLookup, AddressesNameTheirServersAndNamesFilesAnswerWhereTheServiceDoes
     EXPECT_EQ(resolver.Resolve("/VESTA/BLMSRV/LOSS", 100, address), 0);
     EXPECT_EQ(address, "dev2:5901");
     EXPECT_EQ(net::NameResolver("", path + ".missing").Resolve("/VESTA/BLMSRV/LOSS", 100, address), vire::kLinkError);
+}
+
+TEST(NameLookup, TheEnvironmentChoosesTheNetworkAndWhereItsNamesAre) {
+    const std::string config = ::testing::TempDir() + "/env-config-" + std::to_string(getpid());
+    std::filesystem::create_directories(config);
+    net::NetworkSettings settings;
+    unsetenv("LUMISCOPE_NAMES_FILE");
+    for (const char* other : {"", "sim", "Network"}) {
+        setenv("LUMISCOPE_TRANSPORT", other, 1);
+        EXPECT_FALSE(net::NetworkSettingsFromEnvironment(config, settings)) << other;
+    }
+    setenv("LUMISCOPE_TRANSPORT", "network", 1);
+    setenv("LUMISCOPE_NAMES", "names-host:5900", 1);
+    ASSERT_TRUE(net::NetworkSettingsFromEnvironment(config, settings));
+    EXPECT_EQ(settings.namesAddress, "names-host:5900");
+    EXPECT_EQ(settings.namesFile, "");  // the configuration has none
+    std::ofstream(config + "/lumiscope-names.txt") << "* a:1\n";
+    ASSERT_TRUE(net::NetworkSettingsFromEnvironment(config, settings));
+    EXPECT_EQ(settings.namesFile, config + "/lumiscope-names.txt");
+    setenv("LUMISCOPE_NAMES_FILE", "/site/names.txt", 1);
+    ASSERT_TRUE(net::NetworkSettingsFromEnvironment(config, settings));
+    EXPECT_EQ(settings.namesFile, "/site/names.txt");
+    for (const char* name : {"LUMISCOPE_TRANSPORT", "LUMISCOPE_NAMES", "LUMISCOPE_NAMES_FILE"}) unsetenv(name);
 }
 
 TEST(WriteHosts, HostNamesMatchWhatTheClientSaysAndNetworksWhereTheCallCameFrom) {

@@ -14,7 +14,9 @@ void NetworkSuite::SetUpTestSuite() {
     devices = std::make_unique<ServerProcess>();
     if (!names->Start("lumiscope-names", {"--listen", "127.0.0.1:0"})) return;
     devices->Start("lumiscope-devserver",
-                   {"--config", LUMISCOPE_SAMPLE_CONFIG_DIR, "--shard", "0/1", "--names", names->Address()},
+                   // A short lease: the later tests need the heartbeats.
+                   {"--config", LUMISCOPE_SAMPLE_CONFIG_DIR, "--shard", "0/1", "--names", names->Address(),
+                    "--lease-ms", "900"},
                    kSimEnvironment);
 }
 
