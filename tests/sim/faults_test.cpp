@@ -101,7 +101,8 @@ TEST(SimulationSettings, TheFileThenTheEnvironmentAndWhatCouldNotBeUsed) {
     ASSERT_EQ(s.problems.size(), 1u);
     EXPECT_NE(s.problems[0].find("\"broken\""), std::string::npos);
 
-    s = load(std::string("\x00\xff\xfe garbage,,,\n\x01", 18));
+    constexpr char kGarbage[] = "\x00\xff\xfe garbage,,,\n\x01";
+    s = load(std::string(kGarbage, sizeof kGarbage - 1));
     EXPECT_EQ(s.seed, 1u);
     EXPECT_TRUE(s.faults.empty() && s.writers.empty());
     std::filesystem::remove_all(dir);
