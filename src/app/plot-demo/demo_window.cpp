@@ -53,10 +53,10 @@ TrendItem LossItem(int32_t element, ui::Colour colour) {
                      "/ORKA/BLMHIST/" + name, "LOSS.FAST.HIST", colour, 0, 1000};
 }
 
-TrendItem MachineItem(const std::string& title, const std::string& server, const std::string& property,
-                      double min, double max, ui::Colour colour) {
+TrendItem MachineItem(const std::string& title, const std::string& server, const std::string& device,
+                      const std::string& property, double min, double max, ui::Colour colour) {
     // The machine quantities' past comes from the archiver (15-minute steps).
-    return TrendItem{title, "ORKA", server, "RING", property, 1, 0, "/ORKA/OKHISTORY/RING", property, colour, min, max};
+    return TrendItem{title, "ORKA", server, device, property, 1, 0, "/ORKA/OKHISTORY/" + device, property, colour, min, max};
 }
 
 ui::PlexPlot* NewPlot(QWidget* parent) {
@@ -119,9 +119,9 @@ DemoWindow::DemoWindow(QWidget* parent) : QWidget(parent) {
                      {LossItem(0, kItemColours[3]), LossItem(10, kItemColours[4]), LossItem(50, kItemColours[5])},
                      false, true);
     acceleratorFeed_->Show("ORKA overview (each curve on its own scale)", "% of scale", 0, 100,
-                           {MachineItem("Beam current 0-300 mA", "DCCT", "CURRENT", 0, 300, kItemColours[0]),
-                            MachineItem("Lifetime 0-30 h", "LIFETIME", "LIFETIME", 0, 30, kItemColours[1]),
-                            MachineItem("RF voltage 0-4 MV", "RF", "RF.VOLTAGE", 0, 4, kItemColours[5])},
+                           {MachineItem("Beam current 0-300 mA", "DCCT", "RING", "CURRENT", 0, 300, kItemColours[0]),
+                            MachineItem("Lifetime 0-30 h", "LIFETIME", "RING", "LIFETIME", 0, 30, kItemColours[1]),
+                            MachineItem("RF voltage 0-4 MV", "RF", "CAVITIES", "RF.VOLTAGE", 0, 4, kItemColours[5])},
                            true, false);
     spectrum_->SetCursorVisible(false);
 }
