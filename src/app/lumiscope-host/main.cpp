@@ -1,0 +1,84 @@
+// A small host program with the viewer control on its window, on the
+// simulated accelerator.
+//
+//   lumiscope-host [--open] [MACHINE [SUBSYSTEM [EXTRAS_ON]]]
+//
+// The control reads its configuration from "L:\bin.orka\spectrum\configs\".
+// Unless LUMISCOPE_DRIVE_L is set, the drive is mapped to a directory of the
+// build tree whose bin.orka/spectrum/configs is the sample configuration.
+#include <QApplication>
+#include <cstdio>
+#include <cstring>
+#include <string>
+
+#include "catalogue/files.h"
+#include "control/lumiscope.h"
+#include "control/program_location.h"
+#include "control/viewer_window.h"
+#include "host_window.h"
+#include "middleware.h"
+#include "viewer/spectrum_form.h"
+
+namespace {
+
+constexpr char kUsage[] =
+    "usage: lumiscope-host [--open] [MACHINE [SUBSYSTEM [EXTRAS_ON]]]\n"
+    "\n"
+    "A host window with the Lumiscope control: double-click the control (or press\n"
+    "\"Open viewer\") to open the spectrum viewer, choose a row of the viewer's item\n"
+    "grid and press \"Select device\". The words that are not options are the\n"
+    "viewer's start arguments.\n"
+    "\n"
+    "options:\n"
+    "  --open   open the viewer at once\n"
+    "  --help   this text\n"
+    "\n"
+    "environment:\n"
+    "  LUMISCOPE_DRIVE_L  the directory that stands for drive L: (the control reads\n"
+    "                     L:\\bin.orka\\spectrum\\configs\\); default: the build tree's\n"
+    "                     copy of the sample configuration\n"
+    "  LUMISCOPE_POLL_MS  poll every live link at this interval instead (ms)\n";
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    bool open = false;
+    std::string commandLine;
+    for (int i = 1; i < argc; ++i) {
+        if (std::strcmp(argv[i], "--help") == 0 || std::strcmp(argv[i], "-h") == 0) {
+            std::fputs(kUsage, stdout);
+            return 0;
+        }
+    }
+    if (qEnvironmentVariableIsEmpty("LUMISCOPE_DRIVE_L")) qputenv("LUMISCOPE_DRIVE_L", LUMISCOPE_HOST_DRIVE_L);
+
+    QApplication app(argc, argv);
+    app.setApplicationName("lumiscope-host");
+    for (int i = 1; i < argc; ++i) {
+        const std::string argument = argv[i];
+        if (argument == "--open") {
+            open = true;
+        } else if (argument.rfind("--", 0) == 0) {
+            std::fprintf(stderr, "lumiscope-host: unknown option %s\n\n%s", argument.c_str(), kUsage);
+            return 2;
+        } else {
+            commandLine += (commandLine.empty() ? "" : " ") + argument;
+        }
+    }
+    control::SetHostCommandLine(commandLine);
+
+    lumiscope_app::Middleware middleware(catalogue::NativePath(control::ControlConfigPath()));
+    if (!middleware.Problem().empty()) std::fprintf(stderr, "lumiscope-host: %s\n", middleware.Problem().c_str());
+
+    int code = 0;
+    {
+        lumiscope_host::HostWindow host;
+        host.resize(640, 220);
+        host.show();
+        if (open) host.Control()->DoSomething();
+        code = app.exec();
+        viewer::SpectrumForm::UnloadAllForms();
+        delete control::ExistingViewerWindow();
+    }
+    return code;
+}

@@ -1,0 +1,124 @@
+// The stand-alone spectrum viewer: the viewer window with the start
+// arguments (machine, subsystem, "EXTRAS_ON") on the simulated accelerator.
+// See kViewerUsage (options.h) or run with --help.
+//
+// The window reads its configuration from the program directory's configs/
+// folder, as it does at the sites; the build links <build>/bin/configs to the
+// sample configuration, and --app-path names another program directory.
+#include <QApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QPointer>
+#include <QTimer>
+#include <cstdio>
+#include <cstring>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "catalogue/files.h"
+#include "control/program_location.h"
+#include "middleware.h"
+#include "options.h"
+#include "unattended_dialogs.h"
+#include "viewer/form_state.h"
+#include "viewer/spectrum_form.h"
+
+namespace {
+
+constexpr int kPopulatedLimitMs = 30'000;
+
+bool HasArgument(int argc, char** argv, const char* wanted) {
+    for (int i = 1; i < argc; ++i)
+        if (std::strcmp(argv[i], wanted) == 0) return true;
+    return false;
+}
+
+// A run that nobody watches still needs a screen to draw on: without a
+// display, draw off-screen.
+void ChooseOffscreenWhenHeadless(int argc, char** argv) {
+    const bool unattended = HasArgument(argc, argv, "--snapshot") || HasArgument(argc, argv, "--quit-when-populated");
+    if (unattended && qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") &&
+        qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+}
+
+bool ShowsLiveSpectrum(const viewer::SpectrumForm* window) {
+    return window && window->isVisible() && window->State().LivePointCount > 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    QElapsedTimer sinceStart;
+    sinceStart.start();
+    if (HasArgument(argc, argv, "--help") || HasArgument(argc, argv, "-h")) {
+        std::fputs(lumiscope_app::kViewerUsage, stdout);
+        return 0;
+    }
+    ChooseOffscreenWhenHeadless(argc, argv);
+    QApplication app(argc, argv);
+    app.setApplicationName("lumiscope");
+
+    std::string error;
+    const auto options = lumiscope_app::ParseViewerOptions(std::vector<std::string>(argv + 1, argv + argc), error);
+    if (!options) {
+        std::fprintf(stderr, "lumiscope: %s\n\n%s", error.c_str(), lumiscope_app::kViewerUsage);
+        return 2;
+    }
+    const std::string applicationPath =
+        options->appPath.empty() ? control::HostApplicationPath()
+                                 : control::SystemPath(QDir(QString::fromStdString(options->appPath)).absolutePath().toStdString());
+    const std::string configDir = catalogue::NativePath(applicationPath + "\\configs\\");
+
+    lumiscope_app::Middleware middleware(configDir);
+    if (!middleware.Problem().empty()) std::fprintf(stderr, "lumiscope: %s\n", middleware.Problem().c_str());
+    const bool unattended = !options->snapshot.empty() || options->quitWhenPopulated;
+    std::optional<lumiscope_app::UnattendedDialogs> dialogs;
+    if (unattended) dialogs.emplace();
+    // An unattended run ends by its own timer, even when start-up hid the window.
+    if (unattended) app.setQuitOnLastWindowClosed(false);
+
+    viewer::Library().OpenedByControl = false;
+    QPointer<viewer::SpectrumForm> window = new viewer::SpectrumForm(options->commandLine, applicationPath);
+    if (options->width > 0) window->resize(options->width, options->height);
+    window->show();
+
+    int result = 0;
+    if (!options->snapshot.empty()) {
+        result = 1;  // until the picture is saved
+        const int afterMs = static_cast<int>(options->afterSeconds * 1000.0);
+        QTimer::singleShot(afterMs, &app, [&] {
+            const QString file = QString::fromStdString(options->snapshot);
+            if (!window || !window->isVisible()) {
+                std::fprintf(stderr, "lumiscope: the viewer window is not shown, no snapshot taken\n");
+            } else if (!window->grab().save(file)) {
+                std::fprintf(stderr, "lumiscope: cannot save the snapshot to %s\n", qPrintable(file));
+            } else {
+                result = 0;
+            }
+            app.quit();
+        });
+    }
+    QTimer populatedCheck;
+    if (options->quitWhenPopulated) {
+        result = 1;
+        QObject::connect(&populatedCheck, &QTimer::timeout, &app, [&] {
+            if (ShowsLiveSpectrum(window)) {
+                std::printf("populated after %lld ms\n", static_cast<long long>(sinceStart.elapsed()));
+                result = 0;
+                app.quit();
+            } else if (sinceStart.elapsed() > kPopulatedLimitMs) {
+                std::fprintf(stderr, "lumiscope: no live spectrum within %d s\n", kPopulatedLimitMs / 1000);
+                app.quit();
+            }
+        });
+        populatedCheck.start(1);
+    }
+
+    const int code = app.exec();
+    // The windows' live links end before the transport they run on.
+    viewer::SpectrumForm::UnloadAllForms();
+    delete window.data();
+    return result != 0 ? result : code;
+}

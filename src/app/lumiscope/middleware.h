@@ -1,0 +1,41 @@
+// What the viewer programs talk to: the middleware's scheduler on the Qt event
+// loop and a transport, by default the simulated accelerator built from the
+// configuration directory.
+//
+// Environment:
+//   LUMISCOPE_POLL_MS  every live link polls at this interval (milliseconds)
+//                      instead of the one it asks for; for measuring the
+//                      viewer at other rates.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "ui/qt_scheduler.h"
+#include "vire/transport.h"
+
+namespace lumiscope_app {
+
+class Middleware {
+public:
+    // configDir: native path of the configuration directory. Installs the
+    // scheduler and the transport for as long as this object lives.
+    explicit Middleware(const std::string& configDir);
+    ~Middleware();
+    Middleware(const Middleware&) = delete;
+    Middleware& operator=(const Middleware&) = delete;
+
+    // What went wrong while setting up ("" when nothing did).
+    const std::string& Problem() const { return problem_; }
+
+private:
+    ui::ScopedQtScheduler scheduler_;
+    std::shared_ptr<vire::Transport> transport_;
+    std::string problem_;
+};
+
+// LUMISCOPE_POLL_MS when it holds a whole number of milliseconds (1..3600000),
+// else 0 (links keep their own interval).
+int32_t PollIntervalSetting();
+
+}  // namespace lumiscope_app
