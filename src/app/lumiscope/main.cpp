@@ -6,6 +6,7 @@
 // folder, as it does at the sites; the build links <build>/bin/configs to the
 // sample configuration, and --app-path names another program directory.
 #include <QApplication>
+#include <QComboBox>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QPointer>
@@ -37,14 +38,21 @@ bool HasArgument(int argc, char** argv, const char* wanted) {
 // A run that nobody watches still needs a screen to draw on: without a
 // display, draw off-screen.
 void ChooseOffscreenWhenHeadless(int argc, char** argv) {
-    const bool unattended = HasArgument(argc, argv, "--snapshot") || HasArgument(argc, argv, "--quit-when-populated");
+    const bool unattended = HasArgument(argc, argv, "--snapshot") || HasArgument(argc, argv, "--quit-when-populated") ||
+                            HasArgument(argc, argv, "--quit-when-live");
     if (unattended && qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") &&
         qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
 }
 
+// Shown, with the start-up through: machines, subsystems and channels read.
+bool Populated(const viewer::SpectrumForm* window) {
+    return window && window->isVisible() && window->Loaded() && !window->State().Initialising &&
+           window->SpectrumCombo && window->SpectrumCombo->count() > 0;
+}
+
 bool ShowsLiveSpectrum(const viewer::SpectrumForm* window) {
-    return window && window->isVisible() && window->State().LivePointCount > 0;
+    return Populated(window) && window->State().LivePointCount > 0;
 }
 
 }  // namespace
@@ -73,7 +81,8 @@ int main(int argc, char** argv) {
 
     lumiscope_app::Middleware middleware(configDir);
     if (!middleware.Problem().empty()) std::fprintf(stderr, "lumiscope: %s\n", middleware.Problem().c_str());
-    const bool unattended = !options->snapshot.empty() || options->quitWhenPopulated;
+    const bool quitWhenReady = options->quitWhenPopulated || options->quitWhenLive;
+    const bool unattended = !options->snapshot.empty() || quitWhenReady;
     std::optional<lumiscope_app::UnattendedDialogs> dialogs;
     if (unattended) dialogs.emplace();
     // An unattended run ends by its own timer, even when start-up hid the window.
@@ -100,20 +109,22 @@ int main(int argc, char** argv) {
             app.quit();
         });
     }
-    QTimer populatedCheck;
-    if (options->quitWhenPopulated) {
+    QTimer readyCheck;
+    if (quitWhenReady) {
         result = 1;
-        QObject::connect(&populatedCheck, &QTimer::timeout, &app, [&] {
-            if (ShowsLiveSpectrum(window)) {
-                std::printf("populated after %lld ms\n", static_cast<long long>(sinceStart.elapsed()));
+        QObject::connect(&readyCheck, &QTimer::timeout, &app, [&] {
+            if (options->quitWhenLive ? ShowsLiveSpectrum(window) : Populated(window)) {
+                std::printf("%s after %lld ms\n", options->quitWhenLive ? "live" : "populated",
+                            static_cast<long long>(sinceStart.elapsed()));
                 result = 0;
                 app.quit();
             } else if (sinceStart.elapsed() > kPopulatedLimitMs) {
-                std::fprintf(stderr, "lumiscope: no live spectrum within %d s\n", kPopulatedLimitMs / 1000);
+                std::fprintf(stderr, "lumiscope: the window was not %s within %d s\n",
+                             options->quitWhenLive ? "live" : "populated", kPopulatedLimitMs / 1000);
                 app.quit();
             }
         });
-        populatedCheck.start(1);
+        readyCheck.start(1);
     }
 
     const int code = app.exec();

@@ -48,6 +48,8 @@ std::optional<ViewerOptions> ParseViewerOptions(const std::vector<std::string>& 
             options.afterSeconds = seconds;
         } else if (argument == "--quit-when-populated") {
             options.quitWhenPopulated = true;
+        } else if (argument == "--quit-when-live") {
+            options.quitWhenLive = true;
         } else if (argument.rfind("--", 0) == 0) {
             error = "unknown option " + argument;
             return std::nullopt;

@@ -23,7 +23,9 @@ inline constexpr char kViewerUsage[] =
     "  --snapshot FILE.png  save a picture of the window after --after seconds of\n"
     "                       live data, then exit (0 when saved)\n"
     "  --after SECONDS      live time before the snapshot (default 3; 0 = at once)\n"
-    "  --quit-when-populated  exit as soon as the window shows a live spectrum\n"
+    "  --quit-when-populated  exit as soon as the window is shown with its start-up\n"
+    "                       done (machines, subsystems and channels read)\n"
+    "  --quit-when-live     exit as soon as the window shows a live spectrum\n"
     "  --help               this text\n"
     "\n"
     "environment:\n"
@@ -40,6 +42,7 @@ struct ViewerOptions {
     std::string snapshot;
     double afterSeconds = 3.0;
     bool quitWhenPopulated = false;
+    bool quitWhenLive = false;
 };
 
 // Parses the arguments after the program's name; nullopt with `error` set
