@@ -49,6 +49,10 @@ int main(int argc, char** argv) {
             std::fputs(kUsage, stdout);
             return 0;
         }
+        if (std::strncmp(argv[i], "--", 2) == 0 && std::strcmp(argv[i], "--open") != 0) {
+            std::fprintf(stderr, "lumiscope-host: unknown option %s (lumiscope-host --help lists the options)\n", argv[i]);
+            return 2;
+        }
     }
     if (qEnvironmentVariableIsEmpty("LUMISCOPE_DRIVE_L")) qputenv("LUMISCOPE_DRIVE_L", LUMISCOPE_HOST_DRIVE_L);
 
@@ -58,9 +62,6 @@ int main(int argc, char** argv) {
         const std::string argument = argv[i];
         if (argument == "--open") {
             open = true;
-        } else if (argument.rfind("--", 0) == 0) {
-            std::fprintf(stderr, "lumiscope-host: unknown option %s\n\n%s", argument.c_str(), kUsage);
-            return 2;
         } else {
             commandLine += (commandLine.empty() ? "" : " ") + argument;
         }

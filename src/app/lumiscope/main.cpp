@@ -64,16 +64,17 @@ int main(int argc, char** argv) {
         std::fputs(lumiscope_app::kViewerUsage, stdout);
         return 0;
     }
+    // Mistakes in the options are reported before any display is needed.
+    std::string error;
+    if (!lumiscope_app::ParseViewerOptions(std::vector<std::string>(argv + 1, argv + argc), error)) {
+        std::fprintf(stderr, "lumiscope: %s (lumiscope --help lists the options)\n", error.c_str());
+        return 2;
+    }
     ChooseOffscreenWhenHeadless(argc, argv);
     QApplication app(argc, argv);
     app.setApplicationName("lumiscope");
-
-    std::string error;
+    // Again without the options Qt took for itself ("-platform ...").
     const auto options = lumiscope_app::ParseViewerOptions(std::vector<std::string>(argv + 1, argv + argc), error);
-    if (!options) {
-        std::fprintf(stderr, "lumiscope: %s\n\n%s", error.c_str(), lumiscope_app::kViewerUsage);
-        return 2;
-    }
     const std::string applicationPath =
         options->appPath.empty() ? control::HostApplicationPath()
                                  : control::SystemPath(QDir(QString::fromStdString(options->appPath)).absolutePath().toStdString());
