@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include "control/lumiscope.h"
+#include "control/program_location.h"
 #include "control/viewer_window.h"
 #include "sim/simulated_accelerator.h"
 #include "ui/controls/scoped_dialog_responder.h"
