@@ -68,8 +68,13 @@ int main(int argc, char** argv) {
     }
     control::SetHostCommandLine(commandLine);
 
-    lumiscope_app::Middleware middleware(catalogue::NativePath(control::ControlConfigPath()));
-    if (!middleware.Problem().empty()) std::fprintf(stderr, "lumiscope-host: %s\n", middleware.Problem().c_str());
+    std::string problem;
+    // ---- The transport: the simulated accelerator of the control's configuration.
+    // ---- A network transport takes its place on this line; nothing else changes.
+    std::shared_ptr<vire::Transport> transport =
+        lumiscope_app::SimulatedTransport(catalogue::NativePath(control::ControlConfigPath()), problem);
+    if (!transport) std::fprintf(stderr, "lumiscope-host: %s\n", problem.c_str());
+    lumiscope_app::Middleware middleware(transport);
 
     int code = 0;
     {

@@ -80,8 +80,12 @@ int main(int argc, char** argv) {
                                  : control::SystemPath(QDir(QString::fromStdString(options->appPath)).absolutePath().toStdString());
     const std::string configDir = catalogue::NativePath(applicationPath + "\\configs\\");
 
-    lumiscope_app::Middleware middleware(configDir);
-    if (!middleware.Problem().empty()) std::fprintf(stderr, "lumiscope: %s\n", middleware.Problem().c_str());
+    std::string problem;
+    // ---- The transport: the simulated accelerator of the configuration.
+    // ---- A network transport takes its place on this line; nothing else changes.
+    std::shared_ptr<vire::Transport> transport = lumiscope_app::SimulatedTransport(configDir, problem);
+    if (!transport) std::fprintf(stderr, "lumiscope: %s\n", problem.c_str());
+    lumiscope_app::Middleware middleware(transport);
     const bool quitWhenReady = options->quitWhenPopulated || options->quitWhenLive;
     const bool unattended = !options->snapshot.empty() || quitWhenReady;
     std::optional<lumiscope_app::UnattendedDialogs> dialogs;

@@ -41,17 +41,17 @@ int32_t PollIntervalSetting() {
     return static_cast<int32_t>(value);
 }
 
-Middleware::Middleware(const std::string& configDir) {
+std::shared_ptr<vire::Transport> SimulatedTransport(const std::string& configDir, std::string& problem) {
     try {
-        // The one place where the transport is chosen. A network transport
-        // (talking to real device servers) takes the simulated accelerator's
-        // place here; nothing else in the programs changes.
-        transport_ = std::make_shared<sim::SimulatedAccelerator>(configDir);
+        return std::make_shared<sim::SimulatedAccelerator>(configDir);
     } catch (const std::exception& error) {
-        problem_ = std::string("the simulated accelerator could not be built from ") + configDir + ": " +
-                   error.what();
-        return;
+        problem = "the simulated accelerator could not be built from " + configDir + ": " + error.what();
+        return nullptr;
     }
+}
+
+Middleware::Middleware(std::shared_ptr<vire::Transport> transport) : transport_(std::move(transport)) {
+    if (!transport_) return;
     if (const int32_t interval = PollIntervalSetting(); interval > 0)
         transport_ = std::make_shared<FixedPollInterval>(transport_, interval);
     vire::SetTransport(transport_);

@@ -16,22 +16,22 @@
 
 namespace lumiscope_app {
 
+// The simulated accelerator built from a configuration directory (native
+// path); nullptr with `problem` set when it cannot be built.
+std::shared_ptr<vire::Transport> SimulatedTransport(const std::string& configDir, std::string& problem);
+
 class Middleware {
 public:
-    // configDir: native path of the configuration directory. Installs the
-    // scheduler and the transport for as long as this object lives.
-    explicit Middleware(const std::string& configDir);
+    // Installs the scheduler and the transport (nullptr: none, every link
+    // call then fails with its code) for as long as this object lives.
+    explicit Middleware(std::shared_ptr<vire::Transport> transport);
     ~Middleware();
     Middleware(const Middleware&) = delete;
     Middleware& operator=(const Middleware&) = delete;
 
-    // What went wrong while setting up ("" when nothing did).
-    const std::string& Problem() const { return problem_; }
-
 private:
     ui::ScopedQtScheduler scheduler_;
     std::shared_ptr<vire::Transport> transport_;
-    std::string problem_;
 };
 
 // LUMISCOPE_POLL_MS when it holds a whole number of milliseconds (1..3600000),
