@@ -68,7 +68,7 @@ struct FormState {
     std::string HistoryProperty;
     std::string ArchiveServer;
     std::string ArchiveProperty;
-    int16_t CaptionIndex = 0;        // index into the trace caption table (0..15)
+    int32_t PollIntervalMs = 1000;   // the live links' polling interval
 
     // --- selected items ---
     ItemTable SelectedItems;
@@ -76,7 +76,9 @@ struct FormState {
     int16_t SelectedItemCount = 0;
     int16_t ExtraItemCount = 0;
     int16_t CurrentItem = -1;
+    int16_t CommonScale = 1;         // 1: all curves share one scale
     ColourTable ItemColours{};
+    ColourTable OverviewColours{};   // the machine overview's item slots
 
     // --- live spectrum ---
     LiveValueTable LiveValues{};
@@ -88,6 +90,8 @@ struct FormState {
     bool SuppressSpectrumUpdates = false;  // gate flag of the spectrum plot
     bool SuppressTrendUpdates = false;     // gate flag of the trend plots
     bool PercentMode = false;              // values shown in percent of threshold
+    int32_t ReferenceTrace = -1;
+    int32_t ReferenceTime = 0;
 
     // --- time window and zoom ---
     int32_t HistoryStart = 0;

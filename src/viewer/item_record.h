@@ -49,6 +49,7 @@ struct SelectedItem {
     double historyLower = 0.0;
     std::string historyScaleType = "LIN";
     int16_t zoomFlag = 0;
+    bool rescaled = false;     // limits given back from the live-plot copy
 
     // Set at start-up for every slot: the slot holds no item yet.
     bool unusedSlot = true;

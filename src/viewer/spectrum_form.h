@@ -159,6 +159,7 @@ public:
     void TxtSelect_Change(int16_t index);
     void PrintOpts_Click();
     void MExtraInfo_Click();
+    void displayReset_Click();
     // The data-received events of the plots.
     void PLEXPlotSpectrum_DataReceive(int32_t link, int16_t error);
     void Plot_DataReceive(int16_t which, int32_t link, int16_t error);
@@ -189,6 +190,8 @@ public:
     void ConvertToPercent();
     void AutoScaling(int16_t plotCode, int16_t mode);
     void ReloadArchiveData();
+    void ScalingAction(int16_t index);
+    void PrepareExtraPlot();
     void PlotCursor_Click(int16_t which, double x, double y);
     void PlotCursor_Move(int16_t which, double x, double y);
     void ZoomRoutine(int16_t which, double newStart, double newEnd, double newYMin, double newYMax);
@@ -213,6 +216,13 @@ private:
     // overflow) is reported in a message box and the window keeps running.
     void Guarded(const char* handler, const std::function<void()>& body);
     std::string ReadUserName() const;
+    void CaptionMachineMenus();
+    void ReadCurrentSubsystem();
+    void ReselectItems();
+    std::string TraceCaptionPrefix() const;
+    bool LiveAutoScaleChecked() const;
+    void InstallThresholdLinkReader();
+    void StartSpectrumLinks(int16_t first, bool reopen);
 
     FormState s_;
     std::string commandLine_;

@@ -1,0 +1,98 @@
+// A viewer window on the simulated accelerator of a configuration directory,
+// driven by the test clock and a manual scheduler, with every message box
+// answered and recorded. Local time is a zone with daylight saving, so that
+// a caption computed in UTC shows.
+#pragma once
+
+#include <QApplication>
+#include <cstdlib>
+#include <ctime>
+#include <memory>
+#include <string>
+
+#include "sim/simulated_accelerator.h"
+#include "ui/controls/scoped_dialog_responder.h"
+#include "viewer/spectrum_form.h"
+#include "vire/clock.h"
+#include "vire/link.h"
+#include "vire/scheduler.h"
+#include "vire/transport.h"
+
+namespace viewer_test {
+
+// 2023-11-14 22:13:20 UTC, 23:13:20 in Berlin.
+inline constexpr int64_t kStartMs = 1'700'000'000'000;
+
+inline std::string SampleConfig() { return LUMISCOPE_SAMPLE_CONFIG_DIR; }
+
+// The application path whose "configs" directory is `configDir`.
+inline std::string ApplicationPathOf(const std::string& configDir) {
+    std::string dir = configDir;
+    while (!dir.empty() && dir.back() == '/') dir.pop_back();
+    return dir.substr(0, dir.rfind('/'));
+}
+
+class FormFixture {
+public:
+    // Without a transport, the simulated accelerator of configDir answers.
+    explicit FormFixture(std::string commandLine = "", std::string configDir = SampleConfig(),
+                         const std::string& user = "OPERATOR",
+                         std::shared_ptr<vire::Transport> transport = nullptr) {
+        savedTz_ = std::getenv("TZ") ? std::getenv("TZ") : "";
+        setenv("TZ", "Europe/Berlin", 1);
+        tzset();
+        savedUser_ = vire::UserName();
+        vire::SetUserName(user);
+        vire::SetTestClock(kStartMs);
+        vire::SetScheduler(&scheduler);
+        if (transport) vire::SetTransport(transport);
+        else accelerator = sim::InstallSimulatedAccelerator(configDir);
+        viewer::Library() = viewer::LibraryValues{};
+        form = new viewer::SpectrumForm(std::move(commandLine), ApplicationPathOf(configDir));
+        form->setAttribute(Qt::WA_DeleteOnClose, false);
+    }
+    ~FormFixture() {
+        delete form;
+        vire::SetTransport(nullptr);
+        vire::SetScheduler(nullptr);
+        vire::UseSystemClock();
+        vire::SetUserName(savedUser_);
+        if (savedTz_.empty()) unsetenv("TZ");
+        else setenv("TZ", savedTz_.c_str(), 1);
+        tzset();
+    }
+    FormFixture(const FormFixture&) = delete;
+    FormFixture& operator=(const FormFixture&) = delete;
+
+    // Loads the window and lets the first events run.
+    viewer::SpectrumForm& Load() {
+        form->Load();
+        Settle();
+        return *form;
+    }
+    // Runs what the event loop and the scheduler have pending.
+    void Settle() {
+        QApplication::processEvents();
+        scheduler.RunPending();
+        QApplication::processEvents();
+    }
+    // Lets live time pass in steps of the polling interval.
+    void Advance(int64_t milliseconds, int64_t step = 1000) {
+        for (int64_t done = 0; done < milliseconds; done += step) {
+            scheduler.AdvanceBy(step);
+            Settle();
+        }
+    }
+    viewer::FormState& State() { return form->State(); }
+
+    ui::ScopedDialogResponder dialogs;
+    vire::ManualScheduler scheduler;
+    std::shared_ptr<sim::SimulatedAccelerator> accelerator;
+    viewer::SpectrumForm* form = nullptr;
+
+private:
+    std::string savedTz_;
+    std::string savedUser_;
+};
+
+}  // namespace viewer_test

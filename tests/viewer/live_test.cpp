@@ -1,0 +1,152 @@
+// The spectrum data handler on devices whose values the test decides: the
+// gate, reversed parts, peak hold, the 8000-point limit, labels and captions.
+#include <gtest/gtest.h>
+
+#include <QAction>
+#include <QRadioButton>
+#include <cmath>
+
+#include "fake_devices.h"
+#include "form_fixture.h"
+#include "scratch_config.h"
+#include "ui/plot/plex_plot.h"
+
+namespace {
+
+using viewer_test::FakeDevices;
+using viewer_test::FormFixture;
+using viewer_test::ScratchConfig;
+
+// A window showing the first channel of `rows` on fake devices.
+struct LiveWindow {
+    explicit LiveWindow(const std::vector<std::string>& rows)
+        : config(rows), devices(std::make_shared<FakeDevices>()),
+          f("", config.Dir(), "OPERATOR", devices) {
+        f.Load();
+        form().SpectrumCombo_Click();
+    }
+    viewer::SpectrumForm& form() { return *f.form; }
+    std::vector<float> Live(int from, int count) {
+        std::vector<float> v;
+        for (int i = from; i < from + count; ++i) v.push_back(f.State().LiveValues[i]);
+        return v;
+    }
+    std::vector<std::string> Texts() {
+        std::vector<std::string> texts;
+        for (const auto& [handle, text] : form().PLEXPlotSpectrum->Model().texts) texts.push_back(text.text);
+        return texts;
+    }
+    // One polling round, the handler run through the plot's own event.
+    void Tick() { f.Advance(1000); }
+
+    ScratchConfig config;
+    std::shared_ptr<FakeDevices> devices;
+    FormFixture f;
+};
+
+TEST(LiveSpectrum, ReversedPartsArriveLastFirstAndLabelsCarryTheTag) {
+    const struct {
+        int size;
+        std::vector<float> delivered;
+        std::vector<float> shown;
+    } cases[] = {
+        {5, {1, 2, 3, 4, 5}, {5, 4, 3, 2, 1}},
+        {4, {1, 2, 3, 4}, {4, 3, 2, 1}},
+        {6, {1, 2, 3, 4, 5, 6}, {6, 5, 4, 3, 2, 1}},
+        {1, {7}, {7}},
+    };
+    for (const auto& c : cases) {
+        const std::string size = std::to_string(c.size);
+        LiveWindow w({"T,HEAD/D,P,2,Head,10,0,mm,,H,,1,A", "T,REV/D,P," + size + ",Part,10,0,mm,yes reverse,R,,0,"});
+        w.devices->values["/T/HEAD/D P"] = {9, 8};
+        w.devices->values["/T/REV/D P"] = c.delivered;
+        w.Tick();
+        EXPECT_EQ(w.Live(0, 2), (std::vector<float>{9, 8})) << "the head part is not reversed";
+        EXPECT_EQ(w.Live(2, c.size), c.shown) << size;
+        EXPECT_EQ(w.f.State().LivePointCount, 2 + c.size);
+        EXPECT_EQ(w.f.State().LiveLabels[1], "/HN1");
+        EXPECT_EQ(w.f.State().LiveLabels[2], "/RN0");
+    }
+}
+
+TEST(LiveSpectrum, PeakHoldKeepsOnlyStrictlyLargerHeldValues) {
+    LiveWindow w({"T,S/D,P,3,Spec,10,0,mm,,,,1,A"});
+    w.devices->values["/T/S/D P"] = {5, 0.0f, 5};
+    w.Tick();
+    w.Tick();
+    w.form().LivePeakHold->setChecked(true);
+    // Smaller, equal (-0 equals +0 and must be taken), larger.
+    w.devices->values["/T/S/D P"] = {4, -0.0f, 6};
+    w.Tick();
+    EXPECT_EQ(w.Live(0, 3), (std::vector<float>{5, 0, 6}));
+    EXPECT_TRUE(std::signbit(w.f.State().LiveValues[1])) << "an equal value replaces the held one";
+    w.devices->values["/T/S/D P"] = {-1, -1, -1};
+    w.Tick();
+    EXPECT_EQ(w.Live(0, 3), (std::vector<float>{5, 0, 6}));
+    w.form().LivePeakHold->setChecked(false);
+    w.Tick();
+    EXPECT_EQ(w.Live(0, 3), (std::vector<float>{-1, -1, -1}));
+}
+
+TEST(LiveSpectrum, EightThousandPointsFitAndOneMoreIsRefused) {
+    for (const int second : {4000, 4001}) {
+        LiveWindow w({"T,A/D,P,4000,Big,10,0,mm,,,,1,A",
+                      "T,B/D,P," + std::to_string(second) + ",Big2,10,0,mm,yes,,,0,"});
+        w.Tick();
+        if (second == 4000) {
+            EXPECT_EQ(w.f.dialogs.Texts(), std::vector<std::string>{});
+            EXPECT_EQ(w.f.State().LivePointCount, 8000);
+            EXPECT_EQ(w.f.State().LiveValues[7999], 4000.0f);
+            const ui::Trace* trace = w.form().PLEXPlotSpectrum->Model().traces.Find(w.f.State().cat.SpectrumTrace);
+            ASSERT_NE(trace, nullptr);
+            EXPECT_EQ(trace->values.size(), 8000u);
+        } else {
+            // The message, then the run-time error of the copy; the window lives on.
+            const auto texts = w.f.dialogs.Texts();
+            ASSERT_EQ(texts.size(), 2u);
+            EXPECT_EQ(texts[0], "Array larger than 8000 Points");
+            EXPECT_NE(texts[1].find("Run-time error"), std::string::npos);
+            EXPECT_LT(w.f.State().cat.SpectrumTrace, 0);
+        }
+    }
+}
+
+TEST(LiveSpectrum, TheGateDropsSuppressedArchiveAndFailedEvents) {
+    const std::pair<const char*, std::function<void(LiveWindow&)>> gates[] = {
+        {"suppressed", [](LiveWindow& w) { w.f.State().SuppressSpectrumUpdates = true; }},
+        {"archive display", [](LiveWindow& w) { w.form().OptArchiveData->setChecked(true); }},
+        {"failed round", [](LiveWindow& w) { w.devices->failing["/T/S"] = 45; }},
+    };
+    for (const auto& [name, close] : gates) {
+        LiveWindow w({"T,S/D,P,3,Spec,10,0,mm,,,,1,A"});
+        w.devices->values["/T/S/D P"] = {1, 2, 3};
+        w.Tick();
+        close(w);
+        w.devices->values["/T/S/D P"] = {7, 8, 9};
+        const int32_t updated = w.f.State().LastLiveUpdate;
+        w.Tick();
+        EXPECT_EQ(w.Live(0, 3), (std::vector<float>{1, 2, 3})) << name;
+        EXPECT_EQ(w.f.State().LastLiveUpdate, updated) << name;
+    }
+}
+
+TEST(LiveSpectrum, CaptionsAppearFromTheSecondEventWithTheModesInOrder) {
+    LiveWindow w({"T,S/D,P,3,Spec,10,0,mm,,,,1,A"});
+    w.Tick();
+    EXPECT_EQ(w.Texts(), std::vector<std::string>{}) << "a rebuild draws no caption";
+    w.Tick();
+    // Local time (Berlin) of the test clock, month to seconds.
+    EXPECT_EQ(w.Texts(), (std::vector<std::string>{"Live : Nov 14 23:13:22", " Autoscale"}));
+    w.form().LivePeakHold->setChecked(true);
+    w.form().refDisplay->setChecked(true);
+    w.Tick();
+    EXPECT_EQ(w.Texts()[1], " Autoscale PeakHold Reference");
+    for (QAction* a : w.form().LiveAutoScale) a->setChecked(false);
+    w.form().LivePeakHold->setChecked(false);
+    w.form().refDisplay->setChecked(false);
+    w.Tick();
+    EXPECT_EQ(w.Texts().size(), 1u);
+    EXPECT_EQ(w.f.State().SpectrumModeText, -1);
+}
+
+}  // namespace
