@@ -36,8 +36,7 @@ constexpr char kUsage[] =
     "environment:\n"
     "  LUMISCOPE_DRIVE_L  the directory that stands for drive L: (the control reads\n"
     "                     L:\\bin.orka\\spectrum\\configs\\); default: the build tree's\n"
-    "                     copy of the sample configuration\n"
-    "  LUMISCOPE_POLL_MS  poll every live link at this interval instead (ms)\n";
+    "                     copy of the sample configuration\n";
 
 }  // namespace
 

@@ -95,6 +95,8 @@ int main(int argc, char** argv) {
 
     viewer::Library().OpenedByControl = false;
     QPointer<viewer::SpectrumForm> window = new viewer::SpectrumForm(options->commandLine, applicationPath);
+    if (const int32_t interval = lumiscope_app::PollIntervalSetting(); interval > 0)
+        window->State().PollIntervalMs = interval;
     if (options->width > 0) window->resize(options->width, options->height);
     window->show();
 

@@ -9,29 +9,6 @@
 namespace lumiscope_app {
 namespace {
 
-// Passes every call through and makes every live link poll at one interval.
-class FixedPollInterval : public vire::Transport {
-public:
-    FixedPollInterval(std::shared_ptr<vire::Transport> inner, int32_t intervalMs)
-        : inner_(std::move(inner)), intervalMs_(intervalMs) {}
-
-    vire::Status Call(const std::string& fullDeviceName, const std::string& property, vire::DataObject& out,
-                      const vire::DataObject& in, int16_t access, int32_t timeoutMs) override {
-        return inner_->Call(fullDeviceName, property, out, in, access, timeoutMs);
-    }
-    vire::SubscriptionId Subscribe(const vire::SubscriptionRequest& request,
-                                   std::function<void(const vire::LinkData&)> onData) override {
-        vire::SubscriptionRequest faster = request;
-        faster.intervalMs = intervalMs_;
-        return inner_->Subscribe(faster, std::move(onData));
-    }
-    void Unsubscribe(vire::SubscriptionId id) override { inner_->Unsubscribe(id); }
-
-private:
-    std::shared_ptr<vire::Transport> inner_;
-    int32_t intervalMs_;
-};
-
 }  // namespace
 
 int32_t PollIntervalSetting() {
@@ -51,10 +28,7 @@ std::shared_ptr<vire::Transport> SimulatedTransport(const std::string& configDir
 }
 
 Middleware::Middleware(std::shared_ptr<vire::Transport> transport) : transport_(std::move(transport)) {
-    if (!transport_) return;
-    if (const int32_t interval = PollIntervalSetting(); interval > 0)
-        transport_ = std::make_shared<FixedPollInterval>(transport_, interval);
-    vire::SetTransport(transport_);
+    if (transport_) vire::SetTransport(transport_);
 }
 
 Middleware::~Middleware() {

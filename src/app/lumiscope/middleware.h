@@ -1,11 +1,6 @@
 // What the viewer programs talk to: the middleware's scheduler on the Qt event
 // loop and a transport, by default the simulated accelerator built from the
 // configuration directory.
-//
-// Environment:
-//   LUMISCOPE_POLL_MS  every live link polls at this interval (milliseconds)
-//                      instead of the one it asks for; for measuring the
-//                      viewer at other rates.
 #pragma once
 
 #include <memory>
@@ -35,7 +30,8 @@ private:
 };
 
 // LUMISCOPE_POLL_MS when it holds a whole number of milliseconds (1..3600000),
-// else 0 (links keep their own interval).
+// else 0: the polling interval of the window's channel links, for measuring
+// the viewer at other rates.
 int32_t PollIntervalSetting();
 
 }  // namespace lumiscope_app

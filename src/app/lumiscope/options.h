@@ -29,7 +29,7 @@ inline constexpr char kViewerUsage[] =
     "  --help               this text\n"
     "\n"
     "environment:\n"
-    "  LUMISCOPE_POLL_MS    poll every live link at this interval instead (ms)\n"
+    "  LUMISCOPE_POLL_MS    the channel's live links poll at this interval (ms)\n"
     "  LUMISCOPE_SIM_FAULTS, LUMISCOPE_SIM_SEED, LUMISCOPE_SIM_WRITERS\n"
     "                       the simulated accelerator's settings (see the README)\n"
     "  LUMISCOPE_LOGBOOK_DIR  where printed snapshots are filed without a logbook printer\n";
