@@ -16,7 +16,7 @@ for argument in "$@"; do
 done
 if [ -z "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ] && [ "$unattended" -eq 0 ]; then
   echo "No display found: starting the viewer under xvfb-run." >&2
-  echo "For a picture of the window instead: scripts/viewer.sh --snapshot viewer.png [--after 3] [--size 1280x800]" >&2
+  echo "For a picture of the window instead: scripts/viewer.sh --snapshot viewer.png --channel 0 [--after 3] [--size 1280x800]" >&2
   run=(xvfb-run -a "${run[@]}")
 fi
 exec "${run[@]}"

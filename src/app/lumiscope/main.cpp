@@ -99,6 +99,15 @@ int main(int argc, char** argv) {
         window->State().PollIntervalMs = interval;
     if (options->width > 0) window->resize(options->width, options->height);
     window->show();
+    if (options->channel >= 0) {
+        // What an operator's pick in the chooser does, through the chooser's own event.
+        if (window && window->SpectrumCombo && options->channel < window->SpectrumCombo->count()) {
+            window->SpectrumCombo->setCurrentIndex(options->channel);
+            emit window->SpectrumCombo->activated(options->channel);
+        } else {
+            std::fprintf(stderr, "lumiscope: the channel chooser has no entry %d\n", options->channel);
+        }
+    }
 
     int result = 0;
     if (!options->snapshot.empty()) {

@@ -1,5 +1,6 @@
 #include "options.h"
 
+#include "catalogue/catalogue.h"
 #include "catalogue/numbers.h"
 
 namespace lumiscope_app {
@@ -22,7 +23,7 @@ std::optional<ViewerOptions> ParseViewerOptions(const std::vector<std::string>& 
     for (size_t i = 0; i < arguments.size(); ++i) {
         const std::string& argument = arguments[i];
         const bool takesValue = argument == "--app-path" || argument == "--size" || argument == "--snapshot" ||
-                                argument == "--after";
+                                argument == "--after" || argument == "--channel";
         if (takesValue && i + 1 >= arguments.size()) {
             error = argument + " needs a value";
             return std::nullopt;
@@ -36,6 +37,13 @@ std::optional<ViewerOptions> ParseViewerOptions(const std::vector<std::string>& 
                 error = "--size wants WIDTHxHEIGHT, for example 1280x800, not \"" + arguments[i] + "\"";
                 return std::nullopt;
             }
+        } else if (argument == "--channel") {
+            int64_t channel = 0;
+            if (!catalogue::ParseInteger(arguments[++i], 0, catalogue::kMaxSpectrum, channel)) {
+                error = "--channel wants a chooser entry (0 to 100), not \"" + arguments[i] + "\"";
+                return std::nullopt;
+            }
+            options.channel = static_cast<int>(channel);
         } else if (argument == "--snapshot") {
             options.snapshot = arguments[++i];
         } else if (argument == "--after") {

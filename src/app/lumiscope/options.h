@@ -20,6 +20,9 @@ inline constexpr char kViewerUsage[] =
     "                       DIR/configs/ (default: this program's directory, where\n"
     "                       the build links configs/ to the sample configuration)\n"
     "  --size WxH           window size in pixels, for example 1280x800\n"
+    "  --channel N          choose entry N (0 = first) of the channel chooser once\n"
+    "                       the window has started, as the operator would; the\n"
+    "                       window starts with no channel's links open\n"
     "  --snapshot FILE.png  save a picture of the window after --after seconds of\n"
     "                       live data, then exit (0 when saved)\n"
     "  --after SECONDS      live time before the snapshot (default 3; 0 = at once)\n"
@@ -39,6 +42,7 @@ struct ViewerOptions {
     std::string commandLine;  // the start arguments
     std::string appPath;      // native directory, "" = the program's own
     int width = 0, height = 0;  // 0 = the window's own size
+    int channel = -1;           // chooser entry to choose after start-up; -1 none
     std::string snapshot;
     double afterSeconds = 3.0;
     bool quitWhenPopulated = false;
