@@ -9,6 +9,8 @@ packages=(
   clang libclang-rt-14-dev            # libFuzzer for the reader fuzz test
   xvfb xauth                          # the viewer on a machine without a display
   python3-pyqtgraph python3-pyqt5 python3-numpy   # reference plots of bench/run plots
+  libgrpc++-dev protobuf-compiler-grpc libprotobuf-dev protobuf-compiler   # the network transport and servers
+  libsqlite3-dev libpq-dev postgresql-15   # the archiver's databases
 )
 missing=()
 for p in "${packages[@]}"; do

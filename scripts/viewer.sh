@@ -4,8 +4,23 @@
 set -euo pipefail
 top=$(cd "$(dirname "$0")/.." && pwd)
 build="$top/build/viewer"
+
+# --network [N]: the viewer on N device servers (default 3), a name service and
+# the archiver started on loopback, all stopped when the viewer ends.
+network=""
+if [ "${1:-}" = "--network" ]; then
+  shift
+  network=3
+  if [[ "${1:-}" =~ ^[1-9][0-9]*$ ]]; then network=$1; shift; fi
+fi
+
 cmake -S "$top" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DLUMISCOPE_TESTS=OFF
 cmake --build "$build" -j"$(nproc)"
+
+if [ -n "$network" ]; then
+  . "$top/scripts/network-servers.sh"
+  start_network_servers "$build" "$top/configs" "$network"
+fi
 
 # Without a display the viewer runs under xvfb-run (a screen nobody sees);
 # "--snapshot FILE.png" draws off-screen instead and saves a picture.

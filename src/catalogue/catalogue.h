@@ -20,6 +20,9 @@ inline constexpr int kSubsystemMenuEntries = 15;  // MenuSubsystem(0..14)
 inline constexpr int kMaxSpectrum = 100;    // SpectrumList 0..100
 inline constexpr int kMaxHistory = 10;      // HistoryList 0..10
 inline constexpr int kHistoryRowsRead = 10; // at most 10 history quantities
+// Longest combined spectrum the viewer holds (LiveValues): no channel can have
+// more elements, so no SIZE above it is read and no array is sized beyond it.
+inline constexpr int32_t kMaxSpectrumPoints = 8000;
 
 using MachineTable = FixedArray<MachineRecord, 0, kMaxMachine>;
 using SubsystemTable = FixedArray<SubsystemRecord, 0, kMaxSubsystem>;

@@ -42,8 +42,6 @@ struct ConfigCheckResult {
 ConfigCheckResult CheckConfigDirectory(const std::string& configDir,
                                        const ConfigCheckOptions& options = {});
 
-// Longest combined spectrum the viewer shows.
-inline constexpr int32_t kMaxSpectrumPoints = 8000;
 // Property check boxes of the window, and the entries its property selection
 // records (one more than it shows).
 inline constexpr int kPropertyCheckBoxes = 4;

@@ -12,7 +12,8 @@
 
 namespace catalogue::detail {
 
-// Runs a reader's body; a RuntimeError ends it with its code. cat.LastReport
+// Runs a reader's body; a RuntimeError ends it with its code, and so does any
+// other exception (as Unexpected): nothing throws out of a reader. cat.LastReport
 // gets the report when the reader ends, so a reader that the window starts
 // from inside another (the channel preparation reads thresholds while the
 // data-source file is read) does not stand in for the outer one.
@@ -26,6 +27,9 @@ int16_t RunReader(Catalogue& cat, std::string_view path, Body&& body) {
     } catch (const RuntimeError& error) {
         report.error = error.what();
         result = error.code();
+    } catch (const std::exception& error) {
+        report.error = std::string("unexpected failure: ") + error.what();
+        result = static_cast<int16_t>(ErrorKind::Unexpected);
     }
     cat.LastReport = std::move(report);
     return result;

@@ -18,6 +18,8 @@ enum class ErrorKind : int16_t {
     OutOfBounds = 3,    // index outside an array's fixed bounds
     Overflow = 4,       // a number too large for its 16- or 32-bit field
     MenuEntryMissing = 5,  // a menu entry beyond those the window has
+    SizeOutOfRange = 6,    // a size in a file that no array of the program can hold
+    Unexpected = 7,        // the library underneath failed (memory, ...)
 };
 
 class RuntimeError : public std::runtime_error {

@@ -38,6 +38,17 @@ struct SpectrumColumns {
           extraPropComboIndex(FindColumn(header, "EXTRAPROPCOMBOINDEX")) {}
 };
 
+// SIZE of a row: the numeric value rounded; one that no spectrum can hold
+// ends the reader here, before anything is sized by it.
+int32_t SpectrumSize(const std::string& text) {
+    const int32_t size = RoundToInt32(NumericValue(text));
+    if (size < 0 || size > kMaxSpectrumPoints)
+        throw RuntimeError(ErrorKind::SizeOutOfRange,
+                           "SIZE " + std::to_string(size) + " outside 0.." + std::to_string(kMaxSpectrumPoints) +
+                               ": a spectrum holds at most " + std::to_string(kMaxSpectrumPoints) + " points");
+    return size;
+}
+
 // Reads one data row into the record, column by column; a missing column
 // leaves the record's field as it was.
 void ReadSpectrumRow(const SpectrumColumns& c, const RowFields& line, SpectrumRecord& r) {
@@ -56,7 +67,7 @@ void ReadSpectrumRow(const SpectrumColumns& c, const RowFields& line, SpectrumRe
         }
     }
     set(c.property, r.Property);
-    if (c.size >= 0) r.Size = RoundToInt32(NumericValue(line.Get(c.size)));
+    if (c.size >= 0) r.Size = SpectrumSize(line.Get(c.size));
     set(c.hstServer, r.HstServer);
     set(c.hstProperty, r.HstProperty);
     set(c.arcServer, r.ArcServer);

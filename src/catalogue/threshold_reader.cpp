@@ -23,7 +23,12 @@ int16_t ReadThresholdLink(Catalogue& cat, std::string_view source, std::vector<f
     const std::string property(source.substr(open + 1, source.size() - open - 2));
     int16_t status = -1;
     if (cat.ThresholdLink) {
-        status = cat.ThresholdLink(device, property, std::span<float>(high), kThresholdLinkTimeoutMs);
+        // The hook is the caller's: whatever it throws is a failed read here.
+        try {
+            status = cat.ThresholdLink(device, property, std::span<float>(high), kThresholdLinkTimeoutMs);
+        } catch (const std::exception& error) {
+            cat.LastReport.error = "link read of " + device + " " + property + " failed: " + error.what();
+        }
     } else {
         cat.LastReport.error = "no middleware link to read " + device + " " + property;
     }
@@ -96,6 +101,14 @@ int16_t ReadThresholds(Catalogue& cat, CatalogueWindow& window, std::string_view
 int16_t ReadChannelThresholds(Catalogue& cat, CatalogueWindow& window, int16_t channel) {
     SpectrumRecord& record = cat.SpectrumList[channel];
     if (record.ThresholdSource.empty()) return kThresholdsFailed;
+    // A size set by hand beyond any spectrum would size the arrays past reason.
+    if (record.Size > kMaxSpectrumPoints) {
+        cat.LastReport = ReaderReport{record.ThresholdSource, 0,
+                                      "channel SIZE " + std::to_string(record.Size) + " above " +
+                                          std::to_string(kMaxSpectrumPoints) + ": thresholds not read",
+                                      0};
+        return kThresholdsFailed;
+    }
     // One value per element; a channel without elements still gets the one
     // element every threshold array has.
     const auto elements = static_cast<std::size_t>(std::max<int32_t>(record.Size, 1));

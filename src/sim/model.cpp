@@ -110,7 +110,9 @@ private:
         for (int16_t i = 0; i < cat.LastReport.rowsStored; ++i) {
             const catalogue::SpectrumRecord& record = cat.SpectrumList[i];
             if (record.Context.empty() || record.Server.empty() || record.Property.empty()) continue;
-            AddChannel(MakeChannel(record, seed_, std::max<int32_t>(record.Size, 1)));
+            // The reader refuses sizes beyond a spectrum; the clamp keeps a
+            // record set some other way from sizing the names past reason.
+            AddChannel(MakeChannel(record, seed_, std::clamp<int32_t>(record.Size, 1, catalogue::kMaxSpectrumPoints)));
             AddThresholdTable(record);
             AddLocations(record);
         }
@@ -195,6 +197,9 @@ Address ParseAddress(const std::string& fullDeviceName) {
     address.server = fullDeviceName.substr(second + 1, third == std::string::npos ? std::string::npos
                                                                                    : third - second - 1);
     if (third != std::string::npos) address.device = fullDeviceName.substr(third + 1);
+    // A history file keeps "SERVER/DEVICE" in its SERVER field and no device:
+    // an address built from it as server + "/" + device ends in "/".
+    while (!address.device.empty() && address.device.back() == '/') address.device.pop_back();
     return address;
 }
 

@@ -117,26 +117,31 @@ void ReadEnvironment(SimulationSettings& settings) {
 }  // namespace
 
 bool ParseFault(const std::string& text, Fault& fault) {
-    const std::string lower = [&] {
-        std::string s = text;
-        for (char& c : s) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-        return s;
-    }();
+    std::string lower = text;
+    for (char& c : lower) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    Fault parsed;
+    int64_t number = 0;
+    if (const size_t star = lower.find('*'); star != std::string::npos) {
+        if (!catalogue::ParseInteger(lower.substr(star + 1), 1, kMaxFaultCalls, number)) return false;
+        parsed.calls = static_cast<int32_t>(number);
+        lower.resize(star);
+    }
     if (lower == "down") {
-        fault = Fault{Fault::Kind::Down, 0};
-        return true;
+        parsed.kind = Fault::Kind::Down;
+    } else if (lower == "slow") {
+        parsed.kind = Fault::Kind::Slow;
+    } else if (lower.rfind("slow:", 0) == 0 && catalogue::ParseInteger(lower.substr(5), 1, kMaxFaultDelayMs, number)) {
+        parsed.kind = Fault::Kind::Slow;
+        parsed.delayMs = static_cast<int32_t>(number);
+    } else if (lower.rfind("code:", 0) == 0 &&
+               catalogue::ParseInteger(lower.substr(5), INT16_MIN, INT16_MAX, number) && number != 0) {
+        parsed.kind = Fault::Kind::Code;
+        parsed.code = static_cast<int16_t>(number);
+    } else {
+        return false;
     }
-    if (lower == "slow") {
-        fault = Fault{Fault::Kind::Slow, 0};
-        return true;
-    }
-    int64_t code = 0;
-    if (lower.rfind("code:", 0) == 0 && catalogue::ParseInteger(lower.substr(5), INT16_MIN, INT16_MAX, code) &&
-        code != 0) {
-        fault = Fault{Fault::Kind::Code, static_cast<int16_t>(code)};
-        return true;
-    }
-    return false;
+    fault = parsed;
+    return true;
 }
 
 SimulationSettings LoadSimulationSettings(const std::string& configDir) {

@@ -7,8 +7,16 @@
 //   LUMISCOPE_SIM_WRITERS  user names, comma-separated (replaces the file's)
 //   LUMISCOPE_SIM_FAULTS   TARGET=FAULT pairs, comma-separated (added to the file's)
 // A fault TARGET is a server address ("/KALM/BPMSRV") or a server name
-// ("OKHISTORY"); FAULT is "down" (link error), "slow" (answers after the
-// caller's time-out with the time-out code) or "code:N" (answers N).
+// ("OKHISTORY"); FAULT is
+//   "down"      link error (2),
+//   "slow"      answers after the caller's time-out, with the time-out code (45),
+//   "slow:MS"   answers MS milliseconds late: a call whose time-out is not
+//               longer than MS waits its time-out and gets 45, a longer one
+//               waits MS and gets the answer,
+//   "code:N"    answers N;
+// each optionally followed by "*K": only the first K calls meet the fault,
+// the server answers from then on ("down*2", "slow:1500*3").
+// With the test clock a wait moves the clock instead of sleeping.
 #pragma once
 
 #include <cstdint>
@@ -22,8 +30,13 @@ namespace sim {
 struct Fault {
     enum class Kind { Down, Slow, Code };
     Kind kind = Kind::Down;
-    int16_t code = 0;  // for Kind::Code
+    int16_t code = 0;      // for Kind::Code
+    int32_t delayMs = 0;   // for Kind::Slow: 0 = past any time-out
+    int32_t calls = 0;     // calls still to meet the fault; 0 = every call
 };
+
+inline constexpr int32_t kMaxFaultDelayMs = 600'000;
+inline constexpr int32_t kMaxFaultCalls = 1'000'000;
 
 struct SimulationSettings {
     uint64_t seed = 1;
@@ -43,7 +56,8 @@ inline constexpr const char* kSimulationFileName = "Simulation.csv";
 // file gives the defaults above.
 SimulationSettings LoadSimulationSettings(const std::string& configDir);
 
-// Parses one fault text ("down", "slow", "code:45"); false when unreadable.
+// Parses one fault text ("down", "slow:1500", "code:45*2"); false when
+// unreadable or out of range.
 bool ParseFault(const std::string& text, Fault& fault);
 
 }  // namespace sim

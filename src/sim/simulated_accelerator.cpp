@@ -60,13 +60,12 @@ std::pair<std::string, int32_t> SplitElement(const std::string& property) {
     return {property.substr(0, open), std::stoi(digits)};
 }
 
-// A server that is slow answers only after the caller has given up. With the
-// test clock the wait is a step of the clock, so that tests see the time pass
-// without sleeping.
-void WaitOut(int32_t timeoutMs) {
-    if (timeoutMs <= 0) return;
-    if (vire::TestClockActive()) vire::AdvanceTestClock(timeoutMs);
-    else std::this_thread::sleep_for(std::chrono::milliseconds(timeoutMs));
+// A slow server keeps the caller waiting: with the test clock the wait is a
+// step of the clock, so that tests see the time pass without sleeping.
+void Wait(int32_t ms) {
+    if (ms <= 0) return;
+    if (vire::TestClockActive()) vire::AdvanceTestClock(ms);
+    else std::this_thread::sleep_for(std::chrono::milliseconds(ms));
 }
 
 }  // namespace
@@ -88,12 +87,15 @@ void SimulatedAccelerator::ClearFault(const std::string& target) {
     settings_.faults.erase(target);
 }
 
-const Fault* SimulatedAccelerator::FaultFor(const Address& address) const {
+std::optional<Fault> SimulatedAccelerator::MeetFault(const Address& address) {
     for (const std::string& target : {address.ServerAddress(), address.server}) {
         const auto it = settings_.faults.find(target);
-        if (it != settings_.faults.end()) return &it->second;
+        if (it == settings_.faults.end()) continue;
+        const Fault fault = it->second;
+        if (fault.calls > 0 && --it->second.calls == 0) settings_.faults.erase(it);  // recovered
+        return fault;
     }
-    return nullptr;
+    return std::nullopt;
 }
 
 vire::Status SimulatedAccelerator::Call(const std::string& fullDeviceName, const std::string& property,
@@ -104,14 +106,20 @@ vire::Status SimulatedAccelerator::Call(const std::string& fullDeviceName, const
     out.stamp = 0;
     const Address address = ParseAddress(fullDeviceName);
     std::unique_lock<std::mutex> lock(mutex_);
-    if (const Fault* fault = FaultFor(address)) {
+    if (const std::optional<Fault> fault = MeetFault(address)) {
         switch (fault->kind) {
         case Fault::Kind::Down: return vire::kLinkError;
         case Fault::Kind::Code: return fault->code;
         case Fault::Kind::Slow:
             lock.unlock();
-            WaitOut(timeoutMs);
-            return vire::kTimeout;
+            // The caller gives up at its time-out unless the answer comes first.
+            if (fault->delayMs == 0 || fault->delayMs >= timeoutMs) {
+                Wait(timeoutMs);
+                return vire::kTimeout;
+            }
+            Wait(fault->delayMs);
+            lock.lock();
+            break;
         }
     }
     if (asked < 0) return vire::kOutOfRange;
@@ -243,12 +251,17 @@ vire::LinkData SimulatedAccelerator::Poll(const vire::SubscriptionRequest& reque
     data.format = request.format;
     const Address address = ParseAddress(request.fullDeviceName);
     std::lock_guard<std::mutex> lock(mutex_);
-    if (const Fault* fault = FaultFor(address)) {
-        // A live link never waits: a slow server's reading just fails.
-        data.status = fault->kind == Fault::Kind::Down   ? vire::kLinkError
-                      : fault->kind == Fault::Kind::Slow ? vire::kTimeout
-                                                         : fault->code;
-        return data;
+    if (const std::optional<Fault> fault = MeetFault(address)) {
+        // A live link never waits: a reading that would come later than the
+        // next one is due fails; one delayed less is simply delivered.
+        const bool late = fault->kind == Fault::Kind::Slow &&
+                          (fault->delayMs == 0 || fault->delayMs >= request.intervalMs);
+        if (fault->kind != Fault::Kind::Slow || late) {
+            data.status = fault->kind == Fault::Kind::Down   ? vire::kLinkError
+                          : fault->kind == Fault::Kind::Slow ? vire::kTimeout
+                                                             : fault->code;
+            return data;
+        }
     }
     const int32_t width = std::max(vire::FormatSize(request.format), 1);
     const int32_t count = std::clamp(request.count, 0, 64000);

@@ -21,6 +21,7 @@
 
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 
 #include "sim/history_service.h"
@@ -44,7 +45,8 @@ public:
     const Model& model() const { return model_; }
     const SimulationSettings& settings() const { return settings_; }
     // Plays a fault from now on (target as in the settings); Fault-less
-    // targets are cleared with ClearFault.
+    // targets are cleared with ClearFault. A fault for the first K calls
+    // counts from here and is gone after its K-th call.
     void SetFault(const std::string& target, Fault fault);
     void ClearFault(const std::string& target);
 
@@ -52,8 +54,9 @@ protected:
     vire::LinkData Poll(const vire::SubscriptionRequest& request) override;
 
 private:
-    // The fault that applies to an address, if any.
-    const Fault* FaultFor(const Address& address) const;
+    // The fault this call of an address meets, if any; counts the call
+    // against a fault of the first K calls (mutex_ held).
+    std::optional<Fault> MeetFault(const Address& address);
     vire::Status Dispatch(const Address& address, const std::string& property, vire::DataObject& out,
                           const vire::DataObject& in, int16_t access, int32_t asked);
     vire::Status ReadLive(const Address& address, const std::string& property, vire::DataObject& out,

@@ -77,11 +77,4 @@ void SpectrumForm::PrepareChannel(int16_t channel) {
     catalogue::ReadChannelThresholds(s_.cat, *this, channel);
 }
 
-void SpectrumForm::InstallThresholdLinkReader() {
-    s_.cat.ThresholdLink = [](const std::string& device, const std::string& property, std::span<float> values,
-                              int32_t timeoutMs) -> int16_t {
-        return vire::ReadFloats(device, property, values, timeoutMs);
-    };
-}
-
 }  // namespace viewer

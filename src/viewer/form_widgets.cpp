@@ -132,6 +132,23 @@ void SpectrumForm::BuildControls() {
     StatusLine = NewLabel("StatusLine", QString(), this);
 }
 
+QGroupBox* SpectrumForm::RangeBox(const QString& title, const char* name, int first, QGridLayout*& layout) {
+    // Maximum and minimum with their buttons, the auto-scale box and the
+    // third button: TxtSelect(first..first+1), ComSelect(first/2*3 ...).
+    auto* box = Named(new QGroupBox(title, this), name, QString(title).remove('&'));
+    layout = new QGridLayout(box);
+    const int button = first / 2 * 3;
+    layout->addWidget(new QLabel(tr("Max"), box), 0, 0);
+    layout->addWidget(TxtSelect[first], 0, 1);
+    layout->addWidget(ComSelect[button], 0, 2);
+    layout->addWidget(new QLabel(tr("Min"), box), 1, 0);
+    layout->addWidget(TxtSelect[first + 1], 1, 1);
+    layout->addWidget(ComSelect[button + 1], 1, 2);
+    layout->addWidget(ChkAuto[first / 2], 2, 0, 1, 2);
+    layout->addWidget(ComSelect[button + 2], 2, 2);
+    return box;
+}
+
 void SpectrumForm::BuildLayout() {
     // Left column: what to show and how.
     auto* channelBox = Named(new QGroupBox(tr("C&hannel"), this), "FrameChannel", tr("Channel"));
@@ -147,27 +164,10 @@ void SpectrumForm::BuildLayout() {
     for (int k = 0; k < kPropBoxes; ++k) propsLayout->addWidget(ChkProps[k], k / 2, k % 2);
     channelLayout->addWidget(FrameProps);
 
-    auto* liveBox = Named(new QGroupBox(tr("Live &range"), this), "FrameLiveRange", tr("Live range"));
-    auto* liveLayout = new QGridLayout(liveBox);
-    liveLayout->addWidget(new QLabel(tr("Max"), liveBox), 0, 0);
-    liveLayout->addWidget(TxtSelect[0], 0, 1);
-    liveLayout->addWidget(ComSelect[0], 0, 2);
-    liveLayout->addWidget(new QLabel(tr("Min"), liveBox), 1, 0);
-    liveLayout->addWidget(TxtSelect[1], 1, 1);
-    liveLayout->addWidget(ComSelect[1], 1, 2);
-    liveLayout->addWidget(ChkAuto[0], 2, 0, 1, 2);
-    liveLayout->addWidget(ComSelect[2], 2, 2);
-
-    auto* trendBox = Named(new QGroupBox(tr("Trend ra&nge"), this), "FrameTrendRange", tr("Trend range"));
-    auto* trendLayout = new QGridLayout(trendBox);
-    trendLayout->addWidget(new QLabel(tr("Max"), trendBox), 0, 0);
-    trendLayout->addWidget(TxtSelect[2], 0, 1);
-    trendLayout->addWidget(ComSelect[3], 0, 2);
-    trendLayout->addWidget(new QLabel(tr("Min"), trendBox), 1, 0);
-    trendLayout->addWidget(TxtSelect[3], 1, 1);
-    trendLayout->addWidget(ComSelect[4], 1, 2);
-    trendLayout->addWidget(ChkAuto[1], 2, 0, 1, 2);
-    trendLayout->addWidget(ComSelect[5], 2, 2);
+    QGridLayout* liveLayout = nullptr;
+    QGroupBox* liveBox = RangeBox(tr("Live &range"), "FrameLiveRange", 0, liveLayout);
+    QGridLayout* trendLayout = nullptr;
+    QGroupBox* trendBox = RangeBox(tr("Trend ra&nge"), "FrameTrendRange", 2, trendLayout);
     trendLayout->addWidget(ChkRelScale, 3, 0, 1, 2);
     trendLayout->addWidget(ChkScale, 3, 2);
     trendLayout->addWidget(LabelSelect[4], 4, 0, 1, 3);

@@ -3,6 +3,8 @@
 
 #include "ui/plot/plex_plot.h"
 #include "viewer/spectrum_form.h"
+#include "vire/completion_codes.h"
+#include "vire/link.h"
 
 namespace viewer {
 
@@ -13,16 +15,38 @@ std::string SpectrumForm::DeviceUnderCursor(double x) const {
 }
 
 void SpectrumForm::ShowLinkStatus() {
+    // A failing part does not stop the others: its state is named in the
+    // plot's caption and the status line, the healthy parts keep updating.
     const catalogue::Catalogue& cat = s_.cat;
     if (s_.ChannelsStarted == 0) {
         StatusLine->setText(tr("No live links"));
         return;
     }
     const catalogue::SpectrumRecord& head = cat.SpectrumList[cat.CurrentSpectrum];
-    StatusLine->setText(QString("%1: %2 link(s) from /%3/%4")
-                            .arg(QString::fromStdString(head.Description))
-                            .arg(s_.ChannelsStarted)
-                            .arg(QString::fromStdString(head.Context), QString::fromStdString(head.Server)));
+    std::string failures;
+    int waiting = 0;
+    for (int16_t r = cat.CurrentSpectrum; r < cat.CurrentSpectrum + s_.ChannelsStarted; ++r) {
+        const catalogue::SpectrumRecord& record = cat.SpectrumList[r];
+        const vire::Status status = PLEXPlotSpectrum->LinkStatus(record.LinkHandle);
+        if (status == 0) continue;
+        if (status == vire::kNoData && !record.Started) continue;
+        if (status == vire::kNoData && s_.LastLiveUpdate == 0) {
+            ++waiting;
+            continue;
+        }
+        if (!failures.empty()) failures += "; ";
+        failures += "/" + record.Context + "/" + record.Server + "/" + record.Device + " " + record.Property + ": " +
+                    vire::ErrorText(status) + " (" + std::to_string(status) + ")";
+    }
+    const std::string caption = TraceCaptionPrefix() + cat.SpectrumList[cat.CurrentSpectrum + s_.ChannelsStarted - 1].Description;
+    PLEXPlotSpectrum->SetCaption(failures.empty() ? caption : caption + "  [" + failures + "]");
+    QString text = QString("%1: %2 link(s), polled every %3 ms")
+                       .arg(QString::fromStdString(head.Description))
+                       .arg(s_.ChannelsStarted)
+                       .arg(s_.PollIntervalMs);
+    if (waiting > 0) text += tr(", waiting for the first reading");
+    if (!failures.empty()) text += "  " + tr("FAILING: ") + QString::fromStdString(failures);
+    StatusLine->setText(text);
 }
 
 }  // namespace viewer

@@ -84,6 +84,13 @@ void SpectrumForm::PLEXPlotSpectrum_DataReceive(int32_t /*link*/, int16_t error)
         plot->SetForeColour(kSpectrumColour);
         const std::span<const std::string> labels(&s_.LiveLabels[0], kMaxLivePoints + 1);
         cat.SpectrumTrace = plot->CreateTrace(s_.LivePointCount, values, labels);
+        // Every part's first element keeps its label, however many points.
+        std::vector<int32_t> partStarts;
+        for (int32_t r = first, start = 0; r < first + count; ++r) {
+            partStarts.push_back(start);
+            start += catalogue::SpectrumRecord::UpperBound(cat.SpectrumList[r].Values) + 1;
+        }
+        plot->SetLabelAnchors(cat.SpectrumTrace, std::move(partStarts));
         s_.SpectrumModeText = -1;
         const catalogue::SpectrumRecord& head = cat.SpectrumList[first];
         if (liveShowThreshold->isChecked() && catalogue::SpectrumRecord::UpperBound(head.HighThresholds) >= 1)

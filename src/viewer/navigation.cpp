@@ -82,11 +82,8 @@ void SpectrumForm::SelectAMachine(int16_t& machine, int16_t& subMachine, int16_t
         return;
     }
     if (wantPs >= 1) {
-        for (int16_t i = 0; i < cat.SubsystemCount; ++i)
-            if (cat.SubsystemList[i].FileName.find("_PS") != std::string::npos) {
-                cat.CurrentSubsystem = i;
-                break;
-            }
+        FirstContaining("_PS", cat.SubsystemCount, cat.CurrentSubsystem,
+                        [&](int16_t i) -> const std::string& { return cat.SubsystemList[i].FileName; });
     } else if (cat.CurrentSubsystem < 0) {
         cat.CurrentSubsystem = 0;
     }

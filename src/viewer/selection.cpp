@@ -90,20 +90,29 @@ void SpectrumForm::SpectrumCombo_Click() {
     if (OptArchiveData->isChecked() && s_.SelectedItems[0].hasData) ReloadArchiveData();
 }
 
-void SpectrumForm::StartSpectrumLinks(int16_t first, bool fillChooser) {
-    catalogue::Catalogue& cat = s_.cat;
-    if (fillChooser) ComboDevs->clear();
-    s_.ChannelsStarted = 0;
-    std::vector<std::string> failures;
+int16_t SpectrumForm::OpenSpectrumParts(int16_t head, const std::function<void(int16_t)>& opened) {
+    const catalogue::Catalogue& cat = s_.cat;
+    int16_t count = 0;
     for (int16_t k = 0; k < kMaxSpectrumParts; ++k) {
-        const auto e = static_cast<int16_t>(first + k);
+        const auto e = static_cast<int16_t>(head + k);
         const int16_t status = OpenChannel(e);
         if (status != 0) {
             ui::MsgBox("PROBLEMS!   " + vire::ErrorText(status));
             break;
         }
+        if (opened) opened(e);
+        ++count;
+        if (e + 1 >= catalogue::kMaxSpectrum || !cat.SpectrumList[e + 1].Append) break;
+    }
+    return count;
+}
+
+void SpectrumForm::StartSpectrumLinks(int16_t first, bool fillChooser) {
+    if (fillChooser) ComboDevs->clear();
+    s_.ChannelsStarted = 0;
+    OpenSpectrumParts(first, [&](int16_t e) {
         if (fillChooser) {
-            const catalogue::SpectrumRecord& record = cat.SpectrumList[e];
+            const catalogue::SpectrumRecord& record = s_.cat.SpectrumList[e];
             QStringList lines;
             for (int32_t i = 0; i < record.Size; ++i)
                 lines << QString::fromStdString(ElementLine(record, static_cast<std::size_t>(i)));
@@ -111,8 +120,7 @@ void SpectrumForm::StartSpectrumLinks(int16_t first, bool fillChooser) {
         }
         initSpectrumInfo(e);
         ++s_.ChannelsStarted;
-        if (e + 1 >= catalogue::kMaxSpectrum || !cat.SpectrumList[e + 1].Append) break;
-    }
+    });
     ShowLinkStatus();
 }
 
@@ -156,7 +164,7 @@ void SpectrumForm::initSpectrumInfo(int16_t channel) {
         plot->SetXMin(-0.2);
         plot->SetXMax(upper + 0.2);
         s_.AxisReset = true;
-        plot->Clear();
+        plot->Clear(true);  // the items' marks stay
         s_.SpectrumModeText = -1;
     } else {
         plot->SetXMax(plot->XMax() + upper + 1);
@@ -274,17 +282,7 @@ void SpectrumForm::ChkProps_Click(int16_t index) {
     catalogue::Catalogue& cat = s_.cat;
     if (ChkProps.at(static_cast<std::size_t>(index))->isChecked()) {
         const int16_t head = s_.PropHeadChannel[index];
-        if (cat.SpectrumList[head].ElementCount == 0) {
-            for (int16_t k = 0; k < kMaxSpectrumParts; ++k) {
-                const auto e = static_cast<int16_t>(head + k);
-                const int16_t status = OpenChannel(e);
-                if (status != 0) {
-                    ui::MsgBox("PROBLEMS!   " + vire::ErrorText(status));
-                    break;
-                }
-                if (e + 1 >= catalogue::kMaxSpectrum || !cat.SpectrumList[e + 1].Append) break;
-            }
-        }
+        if (cat.SpectrumList[head].ElementCount == 0) OpenSpectrumParts(head, nullptr);
         if (s_.CurrentItem < 0) return;
         const SelectedItem& current = s_.SelectedItems[s_.CurrentItem];
         int16_t element = current.elementIndex1;

@@ -60,6 +60,11 @@ void SpectrumForm::Load() {
     if (loaded_) return;
     loaded_ = true;
     Guarded("Form_Load", [&] { Form_Load(); });
+    // The start-up itself starts no traffic (its chooser events come while
+    // it initialises); once it has completed, the channel the chooser shows
+    // goes live, as if the operator had confirmed it.
+    if (!s_.Initialising && s_.cat.SpectrumCount > 0)
+        Guarded("SpectrumCombo_Click", [&] { SpectrumCombo_Click(); });
 }
 
 void SpectrumForm::showEvent(QShowEvent* event) {

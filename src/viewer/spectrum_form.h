@@ -28,6 +28,7 @@ class QAction;
 class QCheckBox;
 class QComboBox;
 class QFrame;
+class QGridLayout;
 class QGroupBox;
 class QLabel;
 class QLineEdit;
@@ -207,6 +208,7 @@ private:
     void BuildControls();
     void BuildMenus();
     void BuildLayout();
+    QGroupBox* RangeBox(const QString& title, const char* name, int first, QGridLayout*& layout);
     void ConnectEvents();
     void Form_Load();
     void Form_Unload();
@@ -221,8 +223,11 @@ private:
     void ReselectItems();
     std::string TraceCaptionPrefix() const;
     bool LiveAutoScaleChecked() const;
-    void InstallThresholdLinkReader();
-    void StartSpectrumLinks(int16_t first, bool reopen);
+    // Opens a spectrum's entries from its head on (at most 100, stopping
+    // before the next head entry); the first failure is reported with
+    // "PROBLEMS!   " and ends the group. Returns how many were opened.
+    int16_t OpenSpectrumParts(int16_t head, const std::function<void(int16_t)>& opened);
+    void StartSpectrumLinks(int16_t first, bool fillChooser);
 
     FormState s_;
     std::string commandLine_;

@@ -19,6 +19,7 @@
 #include "viewer/startup_rules.h"
 #include "vire/link.h"
 #include "vire/queries.h"
+#include "vire/threshold_link.h"
 
 namespace viewer {
 
@@ -95,7 +96,7 @@ void SpectrumForm::Form_Load() {
     cat.ConfigPath = Library().ConfigPath;
     cat.ProgramPath = Library().ProgramPath;
     cat.ApplicationPath = applicationPath_;
-    InstallThresholdLinkReader();
+    vire::InstallThresholdLink(cat);
     // 8, 9: machine list
     s_.AcceleratorOverview = false;
     cat.CatalogueFresh = true;
@@ -106,13 +107,9 @@ void SpectrumForm::Form_Load() {
     }
     CaptionMachineMenus();
     // 10, 11: machine
-    if (!args.machine.empty()) {
-        for (int16_t i = 0; i < cat.MachineCount; ++i)
-            if (cat.MachineList[i].Name.find(args.machine) != std::string::npos) {
-                cat.CurrentMachine = i;
-                break;
-            }
-    }
+    if (!args.machine.empty())
+        FirstContaining(args.machine, cat.MachineCount, cat.CurrentMachine,
+                        [&](int16_t i) -> const std::string& { return cat.MachineList[i].Name; });
     MenuMachine.at(static_cast<std::size_t>(cat.CurrentMachine))->setChecked(true);
     MSubsystem->setTitle(cat.CurrentMachine == kCombinedMachine ? "Select Machine" : "Subsystem");
     // 12, 13, 14: subsystem list and subsystem
@@ -121,13 +118,9 @@ void SpectrumForm::Form_Load() {
         ui::MsgBox("Read Data Source Config File: " + configFile + " failed !");
         return;
     }
-    if (!args.subsystem.empty()) {
-        for (int16_t i = 0; i < cat.SubsystemCount; ++i)
-            if (cat.SubsystemList[i].FileName.find(args.subsystem) != std::string::npos) {
-                cat.CurrentSubsystem = i;
-                break;
-            }
-    }
+    if (!args.subsystem.empty())
+        FirstContaining(args.subsystem, cat.SubsystemCount, cat.CurrentSubsystem,
+                        [&](int16_t i) -> const std::string& { return cat.SubsystemList[i].FileName; });
     MenuSubsystem.at(static_cast<std::size_t>(cat.CurrentSubsystem))->setChecked(true);
     // 15: the channel catalogue; its reader reports nothing to this step.
     const catalogue::SubsystemRecord& subsystem = cat.SubsystemList[cat.CurrentSubsystem];

@@ -27,4 +27,15 @@ std::string FixedConfigPath();
 // that of the machine the subsystem's file names (ORKA, VESTA, LYRAS, else 0).
 std::string HistoryFileMachineName(const catalogue::Catalogue& cat);
 
+// The first of `count` entries whose text contains `part` (case-sensitive)
+// becomes `current`; without a match `current` keeps its value.
+template <typename TextOf>
+void FirstContaining(const std::string& part, int16_t count, int16_t& current, TextOf textOf) {
+    for (int16_t i = 0; i < count; ++i)
+        if (textOf(i).find(part) != std::string::npos) {
+            current = i;
+            return;
+        }
+}
+
 }  // namespace viewer

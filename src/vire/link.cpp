@@ -63,4 +63,9 @@ void SetUserName(const std::string& name) {
     userOverride = name;
 }
 
+void ResetUserName() {
+    std::lock_guard<std::mutex> lock(userMutex);
+    userOverride.reset();
+}
+
 }  // namespace vire

@@ -33,5 +33,7 @@ std::string ErrorText(Status status);
 // "USERNAME" (else "USER") unless set.
 std::string UserName();
 void SetUserName(const std::string& name);
+// Back to the process's "USERNAME" / "USER" (what SetUserName replaced).
+void ResetUserName();
 
 }  // namespace vire

@@ -1,6 +1,7 @@
 #include "vire/queries.h"
 
 #include <algorithm>
+#include <cstdint>
 
 #include "vire/completion_codes.h"
 #include "vire/formats.h"
@@ -45,6 +46,7 @@ Status GetProperties(const std::string& fullDeviceName, const std::string& prope
 
 Status GetDeviceNames(const std::string& serverName, const std::string& property,
                       int32_t& count, std::vector<std::string>& names) {
+    if (count < 0 || count > kMaxNameCount) return kOutOfRange;
     const int32_t asked = count > 0 ? count : kDefaultNameCount;
     std::vector<std::byte> buffer(static_cast<size_t>(asked) * kDeviceNameWidth);
     DataObject out{asked, kFormatName16, "", buffer};
@@ -78,6 +80,7 @@ Status GetDeviceNames(const std::string& serverName, const std::string& property
 
 Status ReadFloats(const std::string& fullDeviceName, const std::string& property,
                   std::span<float> values, int32_t timeoutMs) {
+    if (values.size() > static_cast<size_t>(INT32_MAX / 4)) return kOutOfRange;
     std::vector<std::byte> buffer(values.size() * 4);
     DataObject out{static_cast<int32_t>(values.size()), kFormatSingle, "", buffer};
     const Status status = LinkCall(fullDeviceName, property, out, DataObject{}, kAccessRead, timeoutMs);

@@ -17,6 +17,8 @@ inline constexpr int32_t kPropertyRecordWidth = 32;
 inline constexpr int32_t kMaxPropertyRecords = 256;
 // Names asked for when the caller gives a count of 0.
 inline constexpr int32_t kDefaultNameCount = 2000;
+// Most names one query asks for: one per element of the longest spectrum.
+inline constexpr int32_t kMaxNameCount = 8000;
 
 struct PropertyList {
     int16_t format = 0;              // format code of the answer
@@ -34,12 +36,14 @@ Status GetProperties(const std::string& fullDeviceName, const std::string& prope
 // "#0" as first name means the server has none: the names are "#0".."#n-1"
 // for the n asked for. A name filling all 16 characters and ending in "&"
 // continues in the next one. On a failed call the status is returned at once
-// and `count` keeps what was asked.
+// and `count` keeps what was asked. A count below 0 or above kMaxNameCount
+// is refused with 14 (out of range) before anything is asked or allocated.
 Status GetDeviceNames(const std::string& serverName, const std::string& property,
                       int32_t& count, std::vector<std::string>& names);
 
 // Reads values.size() 32-bit floats (SINGLE) from device/property with one
-// link call (access 1). On failure the values are left as they were.
+// link call (access 1). On failure the values are left as they were; more
+// values than a 32-bit count can ask for are refused with 14.
 Status ReadFloats(const std::string& fullDeviceName, const std::string& property,
                   std::span<float> values, int32_t timeoutMs);
 

@@ -1,4 +1,5 @@
-// "config_machines.csv" and the subsystem lists.
+// "config_machines.csv", the subsystem lists, the machine history files and
+// the texts of their failures.
 #include <gtest/gtest.h>
 
 #include "catalogue/combined_entry.h"
@@ -12,136 +13,156 @@ namespace {
 using catalogue_test::Lines;
 using catalogue_test::RecordingWindow;
 using catalogue_test::ScratchDir;
+using Texts = std::vector<std::string>;
 
-std::vector<std::string> MachineRows(int n) {
-    std::vector<std::string> rows{"MACHINE,CONFIGFILE,MACHINEFILE"};
-    for (int i = 0; i < n; ++i)
-        rows.push_back("M" + std::to_string(i) + ",M" + std::to_string(i) + ".csv,M" + std::to_string(i) + ".HIST");
+Texts Rows(const std::string& header, int n, const std::string& pattern) {
+    Texts rows{header};
+    for (int i = 0; i < n; ++i) rows.push_back(pattern + std::to_string(i) + ".csv,S" + std::to_string(i));
     return rows;
 }
 
 TEST(ReadMachineFile, HeadersCommentsQuotesAndEmptyHeaderFields) {
     ScratchDir dir;
-    struct Case { std::vector<std::string> lines; std::string name, configFile, machineFile; };
+    struct Case { Texts lines; std::string record; };
     const Case cases[] = {
-        {{"MACHINE,CONFIGFILE,MACHINEFILE", "ORKA,ORKA_S.csv,ORKA.HIST"}, "ORKA", "ORKA_S.csv", "ORKA.HIST"},
-        {{"machinefile, Machine ,configfile", "ORKA.HIST,ORKA,ORKA_S.csv"}, "ORKA", "ORKA_S.csv", "ORKA.HIST"},
-        {{"; c", "", "% c", "# c", "MACHINE,CONFIGFILE,MACHINEFILE,X", "", "ORKA, ORKA_S.csv ,ORKA.HIST,x"},
-         "ORKA", "ORKA_S.csv", "ORKA.HIST"},
-        // A header that begins with a comma finds every key at position 0.
-        {{",MACHINE,CONFIGFILE", "A,B,C"}, "A", "A", "A"},
-        // A quoted field is one field and keeps its quotes.
-        {{"MACHINE,CONFIGFILE,MACHINEFILE", "\"A,B\",c.csv,h"}, "\"A,B\"", "c.csv", "h"},
+        {{"machinefile, Machine ,configfile", "ORKA.HIST,ORKA,ORKA_S.csv"}, "ORKA|ORKA_S.csv|ORKA.HIST"},
+        {{"; c", "", "% c", "# c", "MACHINE,CONFIGFILE,MACHINEFILE", "", "ORKA, O.csv ,O.HIST"}, "ORKA|O.csv|O.HIST"},
+        {{",MACHINE,CONFIGFILE", "A,B,C"}, "A|A|A"},  // every key found at the leading empty field
+        {{"MACHINE,CONFIGFILE,MACHINEFILE", "\"A,B\",c.csv,h"}, "\"A,B\"|c.csv|h"},
+        {{"MACHINE,CONFIGFILE", "X,x.csv"}, "X|x.csv|OLD.HIST"},  // a missing column keeps the record's value
     };
     for (const Case& c : cases) {
         Catalogue cat;
+        cat.MachineList[0].MachineFile = "OLD.HIST";
         ASSERT_EQ(ReadMachineFile(cat, dir.Write("m.csv", Lines(c.lines))), 0) << c.lines[0];
         EXPECT_EQ(cat.MachineCount, 1);
         const MachineRecord& m = cat.MachineList[0];
-        EXPECT_EQ(m.Name + "|" + m.ConfigFile + "|" + m.MachineFile, c.name + "|" + c.configFile + "|" + c.machineFile)
-            << c.lines[0];
+        EXPECT_EQ(m.Name + "|" + m.ConfigFile + "|" + m.MachineFile, c.record);
     }
 }
 
-TEST(ReadMachineFile, SixteenMachinesFitSeventeenFail) {
+TEST(ReadMachineFile, SixteenMachinesFitASeventeenthFailsLeavingTheCount) {
     ScratchDir dir;
-    Catalogue cat;
-    ASSERT_EQ(ReadMachineFile(cat, dir.Write("16.csv", Lines(MachineRows(16)))), 0);
-    EXPECT_EQ(cat.MachineCount, 16);
-    EXPECT_EQ(cat.MachineList[15].Name, "M15");
-
-    Catalogue failing;
-    failing.MachineCount = 3;
-    EXPECT_NE(ReadMachineFile(failing, dir.Write("17.csv", Lines(MachineRows(17)))), 0);
-    EXPECT_EQ(failing.MachineCount, 3) << "the count is only set at the end";
-    EXPECT_EQ(failing.MachineList[15].Name, "M15") << "rows read before the failure stay";
-    EXPECT_EQ(failing.LastReport.line, 18);
-}
-
-TEST(ReadMachineFile, MissingFileFailsAndMissingColumnsKeepTheRecords) {
-    ScratchDir dir;
+    struct Case { int rows; int16_t result, count; int32_t line; };
+    for (const Case c : {Case{16, 0, 16, 0}, {17, static_cast<int16_t>(ErrorKind::OutOfBounds), 3, 18}}) {
+        Catalogue cat;
+        cat.MachineCount = 3;
+        EXPECT_EQ(ReadMachineFile(cat, dir.Write("m.csv", Lines(Rows("MACHINE,CONFIGFILE", c.rows, "M")))), c.result);
+        EXPECT_EQ(cat.MachineCount, c.count) << c.rows;
+        EXPECT_EQ(cat.MachineList[15].Name, "M15.csv") << "rows read before a failure stay";
+        EXPECT_EQ(cat.LastReport.line, c.line);
+    }
     Catalogue cat;
     EXPECT_EQ(ReadMachineFile(cat, dir.Path("none.csv")), static_cast<int16_t>(ErrorKind::FileNotFound));
-    cat.MachineList[0].MachineFile = "OLD.HIST";
-    ASSERT_EQ(ReadMachineFile(cat, dir.Write("m.csv", Lines({"MACHINE,CONFIGFILE", "X,x.csv"}))), 0);
-    EXPECT_EQ(cat.MachineList[0].MachineFile, "OLD.HIST");
 }
 
 TEST(ReadSubsystemList, LocalEntriesComeFirstAndCaptionTheMenu) {
     ScratchDir dir;
     dir.Write("prog/SpectrumInfo.csv", Lines({"FILENAME,DESCRIPTION", "LOCAL.csv,Local spectra"}));
     dir.Write("configs/ORKA_S.csv", Lines({"FILENAME,DESCRIPTION", "BPM.csv,Monitors", "BLM.csv, Losses "}));
-    Catalogue cat;
-    cat.ProgramPath = dir.Path("prog") + "\\";
-    cat.ConfigPath = dir.Path("configs") + "\\";
-    RecordingWindow window;
-    ASSERT_EQ(ReadSubsystemList(cat, window, cat.ConfigPath + "ORKA_S.csv"), 0);
-    ASSERT_EQ(cat.SubsystemCount, 3);
-    EXPECT_EQ(cat.SubsystemList[0].Directory, cat.ProgramPath);
-    EXPECT_EQ(cat.SubsystemList[0].FileName, "LOCAL.csv");
-    EXPECT_EQ(cat.SubsystemList[1].Directory, cat.ConfigPath);
-    EXPECT_EQ(cat.SubsystemList[2].Description, "Losses");
-    std::vector<std::string> expected{"menu 0 Local spectra shown", "menu 1 Monitors shown", "menu 2 Losses shown"};
-    for (int i = 3; i < 15; ++i) expected.push_back("hide " + std::to_string(i));
-    EXPECT_EQ(window.events, expected);
-}
-
-TEST(ReadSubsystemList, WithoutLocalListOnlyTheMachineFile) {
-    ScratchDir dir;
-    dir.Write("configs/ORKA_S.csv", Lines({"FILENAME,DESCRIPTION", "BPM.csv,Monitors"}));
-    for (const std::string& programPath : {std::string(), dir.Path("prog-without-list") + "\\"}) {
+    struct Case { std::string programPath; Texts captions; };
+    const Case cases[] = {
+        {dir.Path("prog") + "\\", {"menu 0 Local spectra shown", "menu 1 Monitors shown", "menu 2 Losses shown"}},
+        {dir.Path("elsewhere") + "\\", {"menu 0 Monitors shown", "menu 1 Losses shown"}},
+        {"", {"menu 0 Monitors shown", "menu 1 Losses shown"}},
+    };
+    for (const Case& c : cases) {
         Catalogue cat;
-        cat.ProgramPath = programPath;
+        cat.ProgramPath = c.programPath;
         cat.ConfigPath = dir.Path("configs") + "\\";
         RecordingWindow window;
         ASSERT_EQ(ReadSubsystemList(cat, window, cat.ConfigPath + "ORKA_S.csv"), 0);
-        EXPECT_EQ(cat.SubsystemCount, 1);
-        EXPECT_EQ(cat.SubsystemList[0].FileName, "BPM.csv");
+        Texts expected = c.captions;
+        for (auto i = expected.size(); i < 15; ++i) expected.push_back("hide " + std::to_string(i));
+        EXPECT_EQ(window.events, expected);
+        EXPECT_EQ(cat.SubsystemCount, static_cast<int16_t>(c.captions.size()));
+        EXPECT_EQ(cat.SubsystemList[0].Directory, c.captions.size() == 3 ? cat.ProgramPath : cat.ConfigPath);
     }
 }
 
 TEST(ReadSubsystemList, FifteenFitTheMenuSixteenFailAtTheCaptionSeventeenAtTheTable) {
     ScratchDir dir;
-    auto rows = [](int n) {
-        std::vector<std::string> lines{"FILENAME,DESCRIPTION"};
-        for (int i = 0; i < n; ++i) lines.push_back("F" + std::to_string(i) + ".csv,S" + std::to_string(i));
-        return lines;
-    };
-    struct Case { int rows; bool ok; int16_t count; int menuEntries; };
-    const Case cases[] = {{15, true, 15, 15}, {16, false, 16, 15}, {17, false, 0, 0}};
+    struct Case { int rows; int16_t result, count; size_t menuEntries; };
+    const Case cases[] = {{15, 0, 15, 15}, {16, static_cast<int16_t>(ErrorKind::MenuEntryMissing), 16, 15},
+                          {17, static_cast<int16_t>(ErrorKind::OutOfBounds), 0, 0}};
     for (const Case& c : cases) {
         Catalogue cat;
         RecordingWindow window;
-        const int16_t result = ReadSubsystemList(cat, window, dir.Write("s.csv", Lines(rows(c.rows))));
-        EXPECT_EQ(result == 0, c.ok) << c.rows;
+        EXPECT_EQ(ReadSubsystemList(cat, window, dir.Write("s.csv", Lines(Rows("FILENAME,DESCRIPTION", c.rows, "F")))),
+                  c.result);
         EXPECT_EQ(cat.SubsystemCount, c.count) << c.rows;
-        EXPECT_EQ(static_cast<int>(window.events.size()), c.menuEntries) << c.rows;
-        if (c.rows == 16) {
-            EXPECT_EQ(result, static_cast<int16_t>(ErrorKind::MenuEntryMissing));
-        }
+        EXPECT_EQ(window.events.size(), c.menuEntries) << c.rows;
     }
 }
 
-TEST(CombinedEntry, SubsystemFileNamePicksTheMachine) {
+TEST(CombinedEntry, SubsystemFileNamePicksTheMachineInTheOrderOrkaVestaLyras) {
     struct Case { std::string fileName; std::optional<int16_t> machine; };
-    const Case cases[] = {
-        {"ORKA_PS.csv", 0}, {"vesta_ps.csv", 1}, {"Lyras_PS.csv", 2},
-        // Searched in the order ORKA, VESTA, LYRAS, not by position in the name.
-        {"LYRAS_TO_ORKA.csv", 0}, {"VESTA_LYRAS.csv", 1},
-        {"KALM_BPM.csv", std::nullopt}, {"ORK_A.csv", std::nullopt}, {"", std::nullopt},
-    };
+    const Case cases[] = {{"ORKA_PS.csv", 0}, {"vesta_ps.csv", 1}, {"Lyras_PS.csv", 2}, {"LYRAS_TO_ORKA.csv", 0},
+                          {"VESTA_LYRAS.csv", 1}, {"KALM_BPM.csv", std::nullopt}, {"ORK_A.csv", std::nullopt}};
     for (const Case& c : cases) EXPECT_EQ(MachineNamedInFileName(c.fileName), c.machine) << c.fileName;
 }
 
-TEST(ReaderMessages, TextsAreExact) {
-    struct Case { std::string text, expected; };
+// The other two texts are checked where their readers fail.
+TEST(ReaderMessages, TextsAreTheSystemsOwn) {
+    EXPECT_EQ(ReadMachineInfoFailedText() + kReadMachineSourceFailedText.data(),
+              "Read Machine-Info File config_machines.csv failed !Read Machine Source Config File failed !");
+}
+
+const std::string kHistoryHeader =
+    "CONTEXT,SERVER,PROPERTY,HSTSERVER,HSTPROPERTY,ARCSERVER,ARCPROPERTY,DESCRIPTION,MAX,MIN,EGU,SHORTNAME";
+
+TEST(ReadHistoryFile, ReadsAtMostTenQuantities) {
+    ScratchDir dir;
+    std::vector<std::string> lines{kHistoryHeader};
+    for (int i = 0; i < 12; ++i) lines.push_back("7,S,P" + std::to_string(i) + ",/O/H,P,ORKA,P,D,1,0,A,I");
+    Catalogue cat;
+    ASSERT_EQ(ReadHistoryFile(cat, dir.Write("h.HIST", Lines(lines))), 0);
+    EXPECT_EQ(cat.HistoryCount, 10);
+    EXPECT_EQ(cat.HistoryList[9].Property + "|" + cat.HistoryList[10].Property, "P9|") << "slot 10 is never filled";
+    EXPECT_EQ(cat.HistoryList[0].Size, 1) << "the first field is read as the size, then replaced";
+}
+
+TEST(ReadHistoryFile, HistPropertyAndLabelRules) {
+    ScratchDir dir;
+    struct Case { std::string hst, egu, shortName, property, hstAfter, label; };
     const Case cases[] = {
-        {ReadMachineInfoFailedText(), "Read Machine-Info File config_machines.csv failed !"},
-        {ReadDataSourceFailedText("ORKA_Subsystems.csv"), "Read Data Source Config File: ORKA_Subsystems.csv failed !"},
-        {std::string(kReadMachineSourceFailedText), "Read Machine Source Config File failed !"},
-        {std::string(kThresholdOutOfBoundsText), "Threshold array out of bounds !"},
+        {"BEAM", "mA", "I", "CURRENT", "BEAM.HIST", "I    (mA)"}, {"BEAM.HIST", "", "I", "CURRENT", "BEAM.HIST", "I"},
+        {"X.HIST.OLD", "", "", "CURRENT", "X.HIST.OLD", "CURRENT"}, {"", "GeV", "", "ENERGY", "", "ENERGY    (GeV)"},
     };
-    for (const Case& c : cases) EXPECT_EQ(c.text, c.expected);
+    for (const Case& c : cases) {
+        Catalogue cat;
+        ASSERT_EQ(ReadHistoryFile(cat, dir.Write("h.HIST", Lines({kHistoryHeader, "ORKA,S," + c.property + ",/O/H," + c.hst +
+                                                                           ",ORKA,P,D,1,0," + c.egu + "," + c.shortName}))), 0);
+        EXPECT_EQ(cat.HistoryList[0].HstProperty + "|" + cat.HistoryList[0].Label, c.hstAfter + "|" + c.label);
+    }
+}
+
+TEST(ReadHistoryFile, HashAndEmptyLinesAreNotCommentsAndMissingColumnsReadEmptyButLimitsStay) {
+    ScratchDir dir;
+    Catalogue cat;
+    cat.HistoryList[2].Max = 99.0f;
+    cat.HistoryList[2].Egu = "old";
+    cat.HistoryList[2].ArcServer = "old";
+    // A first line beginning with "#" is the header; the real header is data.
+    ASSERT_EQ(ReadHistoryFile(cat, dir.Write("h.HIST", Lines({"; skipped", "% skipped", "#PROPERTY,DESCRIPTION",
+                                                                 "PROPERTY,DESCRIPTION", "", "I,Current"}))), 0);
+    EXPECT_EQ(cat.HistoryCount, 3);
+    EXPECT_EQ(cat.HistoryList[0].Property + "|" + cat.HistoryList[0].Description, "|DESCRIPTION");
+    const SpectrumRecord& last = cat.HistoryList[2];
+    EXPECT_EQ(last.Description + "|" + last.ArcServer + "|" + last.Label, "Current||    (old)") << "no PROPERTY column";
+    EXPECT_EQ(last.Max, 99.0f);
+}
+
+TEST(ReadHistoryFile, FailuresReportTheLine) {
+    ScratchDir dir;
+    Catalogue cat;
+    EXPECT_EQ(ReadHistoryFile(cat, dir.Path("none.HIST")), static_cast<int16_t>(ErrorKind::FileNotFound));
+    for (const char* row : {"ORKA,S,P,,,,,D,1e99,0,,", "3000000000,S,P,,,,,D,1,0,,"}) {
+        EXPECT_EQ(ReadHistoryFile(cat, dir.Write("h.HIST", Lines({kHistoryHeader, "ORKA,S,P,,,,,D,1,0,,", row}))),
+                  static_cast<int16_t>(ErrorKind::Overflow)) << row;
+        EXPECT_EQ(cat.LastReport.line, 3);
+        EXPECT_EQ(cat.LastReport.rowsStored, 1);
+    }
 }
 
 }  // namespace

@@ -9,10 +9,8 @@ namespace catalogue_test {
 
 ScratchDir::ScratchDir() {
     static std::atomic<int> counter{0};
-    std::random_device random;
-    dir_ = std::filesystem::temp_directory_path() /
-           ("lumiscope-test-" + std::to_string(::getpid()) + "-" + std::to_string(counter++) + "-" +
-            std::to_string(random()));
+    dir_ = std::filesystem::temp_directory_path() / ("lumiscope-test-" + std::to_string(::getpid()) + "-" +
+                                                     std::to_string(counter++) + "-" + std::to_string(std::random_device()()));
     std::filesystem::create_directories(dir_);
 }
 
@@ -24,8 +22,7 @@ ScratchDir::~ScratchDir() {
 std::string ScratchDir::Write(const std::string& name, const std::string& contents) const {
     const auto path = dir_ / name;
     std::filesystem::create_directories(path.parent_path());
-    std::ofstream out(path, std::ios::binary);
-    out << contents;
+    std::ofstream(path, std::ios::binary) << contents;
     return path.string();
 }
 

@@ -18,7 +18,6 @@ public:
     ~ScratchDir();
     ScratchDir(const ScratchDir&) = delete;
     ScratchDir& operator=(const ScratchDir&) = delete;
-
     // Writes a file (bytes as given) and returns its path.
     std::string Write(const std::string& name, const std::string& contents) const;
     std::string Path(const std::string& name = "") const { return (dir_ / name).string(); }
@@ -46,9 +45,7 @@ public:
         messages.push_back(text);
         events.push_back("message " + text);
     }
-
-    std::vector<std::string> events;
-    std::vector<std::string> messages;
+    std::vector<std::string> events, messages;
 };
 
 }  // namespace catalogue_test

@@ -1,6 +1,8 @@
 // Threshold sources: links and table files.
 #include <gtest/gtest.h>
 
+#include <stdexcept>
+
 #include "catalogue/readers.h"
 #include "test_support.h"
 
@@ -10,148 +12,92 @@ namespace {
 using catalogue_test::Lines;
 using catalogue_test::RecordingWindow;
 using catalogue_test::ScratchDir;
-
-struct LinkCall {
-    std::string device, property;
-    std::size_t count = 0;
-    int32_t timeoutMs = 0;
-};
+using Floats = std::vector<float>;
 
 TEST(ReadThresholds, LinkOrFileIsDecidedByTheEndingAndTheBracket) {
     struct Case { std::string source; bool link; };
-    const Case cases[] = {
-        {"DEV[THR]", true}, {"/ORKA/BLM/L[THRESHOLD]", true}, {"thr.csv", false}, {"thr[1].csv", false},
-        {"THR[1].CSV", false}, {"thr[1].Csv", false}, {"plain", false}, {"x[", true}, {"[", true},
-    };
+    const Case cases[] = {{"DEV[THR]", true}, {"thr.csv", false}, {"thr[1].csv", false}, {"THR[1].CSV", false},
+                          {"thr[1].Csv", false}, {"plain", false}, {"x[", true}, {"[", true}};
     for (const Case& c : cases) EXPECT_EQ(IsThresholdLinkSource(c.source), c.link) << c.source;
 }
 
-TEST(ReadThresholds, LinkSourceReadsDeviceAndPropertyIntoHigh) {
-    Catalogue cat;
-    std::vector<LinkCall> calls;
-    cat.ThresholdLink = [&](const std::string& device, const std::string& property, std::span<float> values,
-                            int32_t timeoutMs) {
-        calls.push_back({device, property, values.size(), timeoutMs});
-        for (std::size_t i = 0; i < values.size(); ++i) values[i] = static_cast<float>(i) + 0.5f;
-        return int16_t{0};
-    };
-    RecordingWindow window;
-    std::vector<float> high(4), low(4, 7.0f);
-    EXPECT_EQ(ReadThresholds(cat, window, "DEV[THR]", high, low), kThresholdsByLink);
-    ASSERT_EQ(calls.size(), 1u);
-    EXPECT_EQ(calls[0].device, "DEV");
-    EXPECT_EQ(calls[0].property, "THR");
-    EXPECT_EQ(calls[0].count, 4u);
-    EXPECT_EQ(calls[0].timeoutMs, 800);
-    EXPECT_EQ(high, (std::vector<float>{0.5f, 1.5f, 2.5f, 3.5f}));
-    EXPECT_EQ(low, (std::vector<float>(4, 7.0f))) << "a link fills only the upper thresholds";
-
-    // The property runs from the first "[" to the character before the last.
-    calls.clear();
-    ReadThresholds(cat, window, "/A/B[C[D]]", high, low);
-    EXPECT_EQ(calls.at(0).device, "/A/B");
-    EXPECT_EQ(calls.at(0).property, "C[D]");
-}
-
-TEST(ReadThresholds, FailedLinkEmptiesBothArrays) {
-    Catalogue cat;
-    cat.ThresholdLink = [](const std::string&, const std::string&, std::span<float>, int32_t) {
-        return int16_t{45};
-    };
-    RecordingWindow window;
-    std::vector<float> high(4, 1.0f), low(4, 1.0f);
-    EXPECT_EQ(ReadThresholds(cat, window, "DEV[THR]", high, low), kThresholdsFailed);
-    EXPECT_EQ(high.size(), 1u);
-    EXPECT_EQ(low.size(), 1u);
-    EXPECT_TRUE(window.messages.empty());
-
-    Catalogue noMiddleware;
-    std::vector<float> h(2, 1.0f), l(2, 1.0f);
-    EXPECT_EQ(ReadThresholds(noMiddleware, window, "DEV[THR]", h, l), kThresholdsFailed);
-    EXPECT_EQ(h.size(), 1u);
-}
-
-TEST(ReadThresholds, FileRowsUpToTheArraySizeAndNotOneMore) {
-    ScratchDir dir;
-    Catalogue cat;
-    cat.ApplicationPath = dir.Path();
-    struct Case { int rows; int16_t result; std::vector<std::string> messages; std::size_t sizeAfter; };
+TEST(ReadThresholds, ALinkFillsOnlyHighAndAFailedOneEmptiesBoth) {
+    enum Hook { Answers, Throws, Missing };
+    struct Case { std::string source; int16_t status; Hook hook; int16_t result; std::string call; Floats high, low; };
     const Case cases[] = {
-        {3, kThresholdsFromFile, {}, 3},
-        {4, kThresholdsFailed, {"Threshold array out of bounds !"}, 1},
-        {1, kThresholdsFromFile, {}, 3},
+        {"DEV[THR]", 0, Answers, kThresholdsByLink, "DEV|THR|3|800", {0.5f, 1.5f, 2.5f}, {7, 7, 7}},
+        // The property runs from the first "[" to the character before the last.
+        {"/A/B[C[D]]", 0, Answers, kThresholdsByLink, "/A/B|C[D]|3|800", {0.5f, 1.5f, 2.5f}, {7, 7, 7}},
+        {"DEV[THR]", 45, Answers, kThresholdsFailed, "DEV|THR|3|800", {0}, {0}},
+        {"DEV[THR]", 0, Throws, kThresholdsFailed, "DEV|THR|3|800", {0}, {0}},
+        {"DEV[THR]", 0, Missing, kThresholdsFailed, "", {0}, {0}},
     };
     for (const Case& c : cases) {
-        std::vector<std::string> lines{"DEVICE,LOW,HIGH"};
-        for (int i = 0; i < c.rows; ++i)
-            lines.push_back("D" + std::to_string(i) + ",-" + std::to_string(i) + "," + std::to_string(10 * (i + 1)));
-        dir.Write("thr.csv", Lines(lines));
+        std::string asked;
+        Catalogue cat;
+        if (c.hook != Missing)
+            cat.ThresholdLink = [&](const std::string& device, const std::string& property, std::span<float> values,
+                                    int32_t timeoutMs) -> int16_t {
+                asked = device + "|" + property + "|" + std::to_string(values.size()) + "|" + std::to_string(timeoutMs);
+                for (std::size_t i = 0; i < values.size(); ++i) values[i] = static_cast<float>(i) + 0.5f;
+                if (c.hook == Throws) throw std::runtime_error("broken link");
+                return c.status;
+            };
         RecordingWindow window;
-        std::vector<float> high(3, -1.0f), low(3, -1.0f);
-        EXPECT_EQ(ReadThresholds(cat, window, "thr.csv", high, low), c.result) << c.rows;
-        EXPECT_EQ(window.messages, c.messages) << c.rows;
-        EXPECT_EQ(high.size(), c.sizeAfter);
-        if (c.result == kThresholdsFromFile) {
-            EXPECT_EQ(high[0], 10.0f);
-            EXPECT_EQ(low[0], 0.0f);
-            EXPECT_EQ(high[2], c.rows == 3 ? 30.0f : -1.0f) << "rows not in the file keep their values";
-        }
+        Floats high(3), low(3, 7.0f);
+        EXPECT_EQ(ReadThresholds(cat, window, c.source, high, low), c.result) << c.source;
+        EXPECT_EQ(asked, c.call);
+        EXPECT_EQ(high, c.high) << c.source << " " << c.status;
+        EXPECT_EQ(low, c.low) << c.source << " " << c.status;
+        EXPECT_EQ(cat.LastReport.error.empty(), c.result == kThresholdsByLink) << cat.LastReport.error;
+        EXPECT_TRUE(window.messages.empty());
     }
 }
 
-TEST(ReadThresholds, OnlyOneCharacterCommentLinesAreSkipped) {
+TEST(ReadThresholds, FileRowsUpToTheArraySizeOnlyOneCharacterCommentsAndTheErrorPath) {
     ScratchDir dir;
     Catalogue cat;
     cat.ApplicationPath = dir.Path();
-    // ";x" is two characters: it is not a comment, so it becomes the header and
-    // the real header becomes a data row (read as 0).
-    dir.Write("thr.csv", Lines({";x", "HIGH", "5"}));
-    RecordingWindow window;
-    std::vector<float> high(3, -1.0f), low(3, -1.0f);
-    ASSERT_EQ(ReadThresholds(cat, window, "thr.csv", high, low), kThresholdsFromFile);
-    EXPECT_EQ(high, (std::vector<float>{-1.0f, -1.0f, -1.0f})) << "no HIGH column in the ';x' header";
-
-    dir.Write("thr.csv", Lines({";", "#", "HIGH", ";x", "5"}));
-    ASSERT_EQ(ReadThresholds(cat, window, "thr.csv", high, low), kThresholdsFromFile);
-    EXPECT_EQ(high, (std::vector<float>{0.0f, 5.0f, -1.0f})) << "';x' is a data row reading 0";
-}
-
-TEST(ReadThresholds, MissingFileKeepsTheArrays) {
-    ScratchDir dir;
-    Catalogue cat;
-    cat.ApplicationPath = dir.Path();
-    RecordingWindow window;
-    std::vector<float> high(3, 2.0f), low(3, 2.0f);
+    const std::vector<std::string> none, outOfBounds{"Threshold array out of bounds !"};
+    struct Case { std::vector<std::string> lines; size_t lowSize; int16_t result; std::vector<std::string> messages; Floats high, low; int32_t line; };
+    const Case cases[] = {
+        {{"DEVICE,LOW,HIGH", "D,-0,10", "D,-1,20", "D,-2,30"}, 3, kThresholdsFromFile, none, {10, 20, 30}, {0, -1, -2}, 0},
+        {{"DEVICE,LOW,HIGH", "D,-0,10"}, 3, kThresholdsFromFile, none, {10, -1, -1}, {0, -1, -1}, 0},  // the rest stays
+        {{"DEVICE,LOW,HIGH", "D,0,1", "D,0,2", "D,0,3", "D,0,4"}, 3, kThresholdsFailed, outOfBounds, {0}, {0}, 0},
+        // ";x" is two characters: the header, and the real header a data row.
+        {{";x", "HIGH", "5"}, 3, kThresholdsFromFile, none, {-1, -1, -1}, {-1, -1, -1}, 0},
+        {{";", "#", "HIGH", ";x", "5"}, 3, kThresholdsFromFile, none, {0, 5, -1}, {-1, -1, -1}, 0},
+        // A shorter low array than high ends the reader through its error path.
+        {{"HIGH,LOW", "1,-1", "2,-2"}, 1, kThresholdsFailed, none, {1, 2, -1}, {-1}, 3},
+    };
+    for (const Case& c : cases) {
+        dir.Write("thr.csv", Lines(c.lines));
+        RecordingWindow window;
+        Floats high(3, -1.0f), low(c.lowSize, -1.0f);
+        EXPECT_EQ(ReadThresholds(cat, window, "thr.csv", high, low), c.result) << c.lines[1];
+        EXPECT_EQ(window.messages, c.messages) << c.lines[1];
+        EXPECT_EQ(high, c.high) << c.lines[1];
+        EXPECT_EQ(low, c.low) << c.lines[1];
+        EXPECT_EQ(cat.LastReport.line, c.line) << c.lines[1];
+    }
+    RecordingWindow window;  // a missing file keeps the arrays and says nothing
+    Floats high(3, 2.0f), low(3, 2.0f);
     EXPECT_EQ(ReadThresholds(cat, window, "none.csv", high, low), kThresholdsFailed);
-    EXPECT_EQ(high, (std::vector<float>(3, 2.0f)));
-    EXPECT_EQ(low, (std::vector<float>(3, 2.0f)));
-    EXPECT_TRUE(window.messages.empty());
+    EXPECT_EQ(high.size() + low.size() + window.messages.size(), 6u);
+    EXPECT_EQ(high[2] + low[2], 4.0f);
 }
 
-TEST(ReadThresholds, ShorterLowArrayEndsThroughTheErrorPath) {
-    ScratchDir dir;
-    Catalogue cat;
-    cat.ApplicationPath = dir.Path();
-    dir.Write("thr.csv", Lines({"HIGH,LOW", "1,-1", "2,-2"}));
-    RecordingWindow window;
-    std::vector<float> high(2, 0.0f), low(1, 0.0f);
-    EXPECT_EQ(ReadThresholds(cat, window, "thr.csv", high, low), kThresholdsFailed);
-    EXPECT_EQ(high[0], 1.0f) << "what was read stays";
-    EXPECT_EQ(cat.LastReport.line, 3);
-}
-
-TEST(ReadChannelThresholds, SizesTheChannelsArraysByItsElements) {
+TEST(ReadChannelThresholds, SizesTheChannelsArraysByItsElementsUpToASpectrum) {
     ScratchDir dir;
     dir.Write("thr.csv", Lines({"HIGH,LOW", "10,-1", "20,-2", "30,-3"}));
-    struct Case { std::string source; int32_t size; int16_t result; std::vector<float> high; std::vector<std::string> messages; };
+    const std::vector<std::string> none, outOfBounds{"Threshold array out of bounds !"};
+    struct Case { std::string source; int32_t size; int16_t result; Floats high; std::vector<std::string> messages; };
     const Case cases[] = {
-        {"thr.csv", 3, kThresholdsFromFile, {10, 20, 30}, {}},
-        {"thr.csv", 5, kThresholdsFromFile, {10, 20, 30, 0, 0}, {}},
-        // Fewer elements than rows: the message, and both arrays emptied.
-        {"thr.csv", 2, kThresholdsFailed, {0}, {"Threshold array out of bounds !"}},
-        {"thr.csv", 0, kThresholdsFailed, {0}, {"Threshold array out of bounds !"}},
-        // No source: nothing is read and the arrays stay as the catalogue left them.
-        {"", 3, kThresholdsFailed, {7}, {}},
+        {"thr.csv", 3, kThresholdsFromFile, {10, 20, 30}, none}, {"thr.csv", 5, kThresholdsFromFile, {10, 20, 30, 0, 0}, none},
+        {"thr.csv", 2, kThresholdsFailed, {0}, outOfBounds}, {"thr.csv", 0, kThresholdsFailed, {0}, outOfBounds},
+        // No source, or more elements than a spectrum holds: nothing is read or sized.
+        {"", 3, kThresholdsFailed, {7}, none}, {"thr.csv", 8001, kThresholdsFailed, {7}, none},
+        {"thr.csv", 2147483647, kThresholdsFailed, {7}, none},
     };
     for (const Case& c : cases) {
         Catalogue cat;
@@ -166,9 +112,6 @@ TEST(ReadChannelThresholds, SizesTheChannelsArraysByItsElements) {
         EXPECT_EQ(channel.LowThresholds.size(), c.high.size()) << c.source << " " << c.size;
         EXPECT_EQ(window.messages, c.messages) << c.source << " " << c.size;
     }
-    Catalogue cat;
-    RecordingWindow window;
-    EXPECT_THROW(ReadChannelThresholds(cat, window, 101), RuntimeError);
 }
 
 }  // namespace

@@ -1,7 +1,8 @@
-// Fuzz target for the configuration readers: the first byte picks a reader,
-// the rest becomes the file it reads. Every reader, and the directory check
-// over them, must end with a result, never a crash, an uncaught exception or
-// undefined behaviour.
+// Fuzz target for the configuration readers and the middleware's reply
+// decoding: the first byte picks a reader (or a query), the rest becomes the
+// file it reads (or the server's reply). Every reader, the directory check
+// over them and every query must end with a result, never a crash, an
+// uncaught exception, undefined behaviour or an allocation sized by the input.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -14,6 +15,10 @@
 #include "catalogue/numbers.h"
 #include "catalogue/readers.h"
 #include "catalogue/table.h"
+#include "vire/link.h"
+#include "vire/queries.h"
+#include "vire/threshold_link.h"
+#include "vire/transport.h"
 
 namespace {
 
@@ -52,6 +57,70 @@ void CheckDirectoryOf(const std::string& contents) {
     (void)catalogue::CheckConfigDirectory(ScratchConfigs().string());
 }
 
+// The bytes as a 32-bit number from offset on (0 past the end).
+int32_t Int32At(const std::string& bytes, size_t offset) {
+    uint32_t value = 0;
+    for (size_t i = 0; i < 4 && offset + i < bytes.size(); ++i)
+        value |= static_cast<uint32_t>(static_cast<uint8_t>(bytes[offset + i])) << (8 * i);
+    return static_cast<int32_t>(value);
+}
+
+// A server whose every reply is the fuzzed bytes: status and count from the
+// first eight bytes (any value, negative and huge ones included), the rest
+// copied into as much of the caller's buffer as it fills.
+class ReplyTransport : public vire::Transport {
+public:
+    explicit ReplyTransport(std::string reply) : reply_(std::move(reply)) {}
+    vire::Status Call(const std::string&, const std::string&, vire::DataObject& out, const vire::DataObject&,
+                      int16_t, int32_t) override {
+        const size_t n = reply_.size() > 8 ? std::min(out.buffer.size(), reply_.size() - 8) : 0;
+        for (size_t i = 0; i < n; ++i) out.buffer[i] = static_cast<std::byte>(reply_[8 + i]);
+        out.count = Int32At(reply_, 4);
+        out.format = static_cast<int16_t>(Int32At(reply_, 2));
+        return static_cast<vire::Status>(Int32At(reply_, 0) % 3 == 0 ? 0 : Int32At(reply_, 0));
+    }
+    vire::SubscriptionId Subscribe(const vire::SubscriptionRequest&, std::function<void(const vire::LinkData&)>) override {
+        return -1;
+    }
+    void Unsubscribe(vire::SubscriptionId) override {}
+
+private:
+    std::string reply_;
+};
+
+void DecodeReplies(const std::string& reply) {
+    vire::SetTransport(std::make_shared<ReplyTransport>(reply));
+    int32_t count = Int32At(reply, 1);  // what the caller asks for, any value
+    std::vector<std::string> names;
+    (void)vire::GetDeviceNames("/C/S", "P", count, names);
+    count = 0;
+    (void)vire::GetDeviceNames("/C/S", "P", count, names);
+    vire::PropertyList properties;
+    (void)vire::GetProperties("/C/S", "P", properties);
+    catalogue::Catalogue cat;
+    vire::InstallThresholdLink(cat);
+    cat.SpectrumList[0].ThresholdSource = "/C/S/D[THR]";
+    cat.SpectrumList[0].Size = Int32At(reply, 3);  // a size set by hand, unchecked
+    catalogue::QuietWindow window;
+    (void)catalogue::ReadChannelThresholds(cat, window, 0);
+    vire::SetTransport(nullptr);
+}
+
+// A data-source row whose SIZE is a fuzzed number, huge and negative ones
+// included, read and then prepared as the window prepares a single channel.
+void ReadSizedChannel(const std::string& contents) {
+    // "e" and a number as text (the seeds), or a number from the bytes.
+    const std::string size = !contents.empty() && contents[0] == 'e'
+                                 ? contents.substr(1, 12)
+                                 : std::to_string(static_cast<int64_t>(Int32At(contents, 0)) * (contents.size() % 5));
+    const std::string file = Write("sized.csv", "CONTEXT,SERVER,PROPERTY,SIZE,HIGH\r\nC,S/D,P," + size +
+                                                    ",input.csv\r\n");
+    catalogue::Catalogue cat;
+    cat.ApplicationPath = ScratchConfigs().string();
+    catalogue::QuietWindow window;
+    if (catalogue::ReadSpectrumConfig(cat, window, file) == 0) (void)catalogue::ReadChannelThresholds(cat, window, 0);
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
@@ -63,7 +132,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     cat.ApplicationPath = ScratchConfigs().string();
     cat.ProgramPath = ScratchConfigs().string() + "/";
     catalogue::QuietWindow window;
-    switch (selector % 7) {
+    switch (selector % 9) {
         case 0:
             catalogue::ReadMachineFile(cat, file);
             break;
@@ -97,8 +166,14 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
             (void)catalogue::IsCleanNumber(line);
             break;
         }
-        default:
+        case 6:
             CheckDirectoryOf(contents);
+            break;
+        case 7:
+            DecodeReplies(contents);
+            break;
+        default:
+            ReadSizedChannel(contents);
             break;
     }
     return 0;

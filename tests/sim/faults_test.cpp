@@ -1,6 +1,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <unistd.h>
 
 #include "sim/settings.h"
 #include "sim_fixture.h"
@@ -9,86 +10,102 @@ namespace {
 
 using sim_test::SimTest;
 
-TEST_F(SimTest, FaultsComeBeforeEverythingAndAnswerTheirCodes) {
-    struct Case { const char* target; sim::Fault fault; const char* device; vire::Status status; int64_t waitedMs; };
+// Each call of a fault's sequence: the caller's time-out, the answer and how
+// long the caller waited (the test clock shows the wait).
+struct Step { int32_t timeoutMs; vire::Status status; int64_t waitedMs; };
+
+TEST_F(SimTest, FaultsComeBeforeEverythingAndRecoverAfterTheirCalls) {
+    struct Case { const char* target; const char* fault; std::vector<Step> steps; };
     const Case cases[] = {
-        {"/ORKA/BPMQ1", {sim::Fault::Kind::Down, 0}, "/ORKA/BPMQ1/ORBIT", vire::kLinkError, 0},
-        {"BPMQ1", {sim::Fault::Kind::Code, 36}, "/ORKA/BPMQ1/ORBIT", 36, 0},
-        // Slow: the answer comes after the caller's time-out; the test clock shows the wait.
-        {"/ORKA/BPMQ1", {sim::Fault::Kind::Slow, 0}, "/ORKA/BPMQ1/ORBIT", vire::kTimeout, 1000},
-        {"OKHISTORY", {sim::Fault::Kind::Slow, 0}, "OKHISTORY", vire::kTimeout, 1000},
-        {"/ORKA/BPMQ2", {sim::Fault::Kind::Down, 0}, "/ORKA/BPMQ1/ORBIT", 0, 0},  // another server
+        {"/ORKA/BPMQ1", "down", {{1000, vire::kLinkError, 0}, {1000, vire::kLinkError, 0}}},
+        {"BPMQ1", "code:36", {{1000, 36, 0}}},
+        {"/ORKA/BPMQ1", "slow", {{500, vire::kTimeout, 500}, {2500, vire::kTimeout, 2500}}},
+        {"/ORKA/BPMQ2", "down", {{1000, 0, 0}}},  // another server
+        // Slow by a given time: a shorter time-out fails after itself, a longer one waits for the answer.
+        {"/ORKA/BPMQ1", "slow:1500", {{500, vire::kTimeout, 500}, {2500, 0, 1500}, {1500, vire::kTimeout, 1500}}},
+        // Failing for the first calls only; the server answers from then on.
+        {"/ORKA/BPMQ1", "down*2", {{1000, vire::kLinkError, 0}, {1000, vire::kLinkError, 0}, {1000, 0, 0}, {1000, 0, 0}}},
+        {"BPMQ1", "code:45*1", {{1000, 45, 0}, {1000, 0, 0}}},
+        {"/ORKA/BPMQ1", "slow*2", {{800, vire::kTimeout, 800}, {2500, vire::kTimeout, 2500}, {800, 0, 0}}},
+        {"/ORKA/BPMQ1", "slow:1500*1", {{2500, 0, 1500}, {500, 0, 0}}},
     };
     for (const Case& c : cases) {
-        accelerator->SetFault(c.target, c.fault);
-        const int64_t before = vire::NowMilliseconds();
-        const auto r = Floats(c.device, "ORBIT.X", 32);
-        EXPECT_EQ(r.status, c.status) << c.target;
-        EXPECT_EQ(vire::NowMilliseconds() - before, c.waitedMs) << c.target;
+        sim::Fault fault;
+        ASSERT_TRUE(sim::ParseFault(c.fault, fault)) << c.fault;
+        accelerator->SetFault(c.target, fault);
+        for (size_t i = 0; i < c.steps.size(); ++i) {
+            const int64_t before = vire::NowMilliseconds();
+            const auto r = Floats("/ORKA/BPMQ1/ORBIT", "ORBIT.X", 32, vire::kFormatSingle, c.steps[i].timeoutMs);
+            EXPECT_EQ(r.status, c.steps[i].status) << c.target << "=" << c.fault << " call " << i;
+            EXPECT_EQ(r.values.size(), r.status == 0 ? 32u : 0u);
+            EXPECT_EQ(vire::NowMilliseconds() - before, c.steps[i].waitedMs) << c.target << "=" << c.fault << " call " << i;
+        }
         accelerator->ClearFault(c.target);
     }
 }
 
-class SettingsTest : public ::testing::Test {
-protected:
-    void SetUp() override {
-        dir = std::filesystem::temp_directory_path() / ("lumiscope-sim-" + std::to_string(::getpid()));
-        std::filesystem::create_directories(dir);
+TEST(ParseFault, KindsDelaysAndCallCountsWithinTheirRanges) {
+    struct Case { const char* text; sim::Fault::Kind kind; int16_t code; int32_t delayMs, calls; };
+    using K = sim::Fault::Kind;
+    const Case cases[] = {
+        {"down", K::Down, 0, 0, 0}, {"SLOW", K::Slow, 0, 0, 0}, {"code:-7", K::Code, -7, 0, 0},
+        {"slow:1500", K::Slow, 0, 1500, 0}, {"slow:600000*1000000", K::Slow, 0, 600000, 1000000},
+        {"code:45*2", K::Code, 45, 0, 2}, {"down*3", K::Down, 0, 0, 3},
+    };
+    for (const Case& c : cases) {
+        sim::Fault fault;
+        ASSERT_TRUE(sim::ParseFault(c.text, fault)) << c.text;
+        EXPECT_EQ(std::make_tuple(fault.kind, fault.code, fault.delayMs, fault.calls),
+                  std::make_tuple(c.kind, c.code, c.delayMs, c.calls)) << c.text;
     }
-    void TearDown() override {
-        ::unsetenv("LUMISCOPE_SIM_FAULTS");
-        ::unsetenv("LUMISCOPE_SIM_WRITERS");
-        ::unsetenv("LUMISCOPE_SIM_SEED");
-        std::filesystem::remove_all(dir);
+    for (const char* text : {"slow:0", "slow:-5", "slow:600001", "slow:1.5", "down*0", "down*", "*2", "down*1000001",
+                             "down*2*3", "code:0", "code:32768", "sometimes", ""}) {
+        sim::Fault fault{K::Code, 99, 0, 0};
+        EXPECT_FALSE(sim::ParseFault(text, fault)) << text;
+        EXPECT_EQ(fault.code, 99) << "an unreadable fault changes nothing";
     }
-    void Write(const std::string& text) { std::ofstream(dir / sim::kSimulationFileName) << text; }
-    std::filesystem::path dir;
-};
+}
 
-TEST_F(SettingsTest, TheFileSetsSeedWritersStepsAndFaultsAndSaysWhatItCouldNotUse) {
-    Write("; comment\r\nSETTING,TARGET,VALUE\r\nSEED,,42\r\nWRITER,,alice\r\nwriter,,bob\r\n"
-          "FAULT,/KALM/BPMSRV,down\r\nFAULT,OKHISTORY,code:36\r\nFAULT,X,sometimes\r\nFAULT,Y,code:0\r\n"
-          "ARCHIVESTEP,,600\r\nLOCALHISTORYDAYS,,0\r\nCOLOUR,,blue\r\nSEED,only-two\r\n");
-    const auto s = sim::LoadSimulationSettings(dir.string());
+TEST(SimulationSettings, TheFileThenTheEnvironmentAndWhatCouldNotBeUsed) {
+    const auto dir = std::filesystem::temp_directory_path() / ("lumiscope-sim-" + std::to_string(::getpid()));
+    std::filesystem::create_directories(dir);
+    auto load = [&](const std::string& text) {
+        std::ofstream(dir / sim::kSimulationFileName) << text;
+        return sim::LoadSimulationSettings(dir.string());
+    };
+    auto s = load("; comment\r\nSETTING,TARGET,VALUE\r\nSEED,,42\r\nWRITER,,alice\r\nwriter,,bob\r\n"
+                  "FAULT,/KALM/BPMSRV,down*2\r\nFAULT,OKHISTORY,slow:1500\r\nFAULT,X,sometimes\r\nFAULT,Y,code:0\r\n"
+                  "ARCHIVESTEP,,600\r\nLOCALHISTORYDAYS,,0\r\nCOLOUR,,blue\r\nSEED,only-two\r\n");
     EXPECT_EQ(s.seed, 42u);
     EXPECT_EQ(s.writers, (std::set<std::string>{"alice", "bob"}));
     ASSERT_EQ(s.faults.size(), 2u);
-    EXPECT_EQ(s.faults.at("/KALM/BPMSRV").kind, sim::Fault::Kind::Down);
-    EXPECT_EQ(s.faults.at("OKHISTORY").code, 36);
-    EXPECT_EQ(s.archiveStepS, 600);
-    EXPECT_EQ(s.localHistoryDays, 3);  // 0 days refused: the default stays
+    EXPECT_EQ(s.faults.at("/KALM/BPMSRV").calls, 2);
+    EXPECT_EQ(s.faults.at("OKHISTORY").delayMs, 1500);
+    EXPECT_EQ(s.archiveStepS + s.localHistoryDays, 600 + 3) << "0 days refused: the default stays";
+    const char* problems[] = {"unreadable fault \"X=sometimes\"", "\"Y=code:0\"", "LOCALHISTORYDAYS",
+                              "unknown setting \"COLOUR\"", "expected SETTING,TARGET,VALUE"};
     ASSERT_EQ(s.problems.size(), 5u);
-    EXPECT_NE(s.problems[0].find("unreadable fault \"X=sometimes\""), std::string::npos);
-    EXPECT_NE(s.problems[1].find("\"Y=code:0\""), std::string::npos);
-    EXPECT_NE(s.problems[2].find("LOCALHISTORYDAYS"), std::string::npos);
-    EXPECT_NE(s.problems[3].find("unknown setting \"COLOUR\""), std::string::npos);
-    EXPECT_NE(s.problems[4].find("expected SETTING,TARGET,VALUE"), std::string::npos);
-}
+    for (size_t i = 0; i < 5; ++i) EXPECT_NE(s.problems[i].find(problems[i]), std::string::npos) << s.problems[i];
 
-TEST_F(SettingsTest, TheEnvironmentReplacesWritersAndAddsFaults) {
-    Write("SETTING,TARGET,VALUE\nWRITER,,alice\nFAULT,A,down\n");
     ::setenv("LUMISCOPE_SIM_WRITERS", "carol, dave", 1);
-    ::setenv("LUMISCOPE_SIM_FAULTS", "B=slow, A=code:45,broken", 1);
+    ::setenv("LUMISCOPE_SIM_FAULTS", "B=slow*1, A=code:45,broken", 1);
     ::setenv("LUMISCOPE_SIM_SEED", "9", 1);
-    const auto s = sim::LoadSimulationSettings(dir.string());
+    s = load("SETTING,TARGET,VALUE\nWRITER,,alice\nFAULT,A,down\n");
+    ::unsetenv("LUMISCOPE_SIM_FAULTS");
+    ::unsetenv("LUMISCOPE_SIM_WRITERS");
+    ::unsetenv("LUMISCOPE_SIM_SEED");
     EXPECT_EQ(s.writers, (std::set<std::string>{"carol", "dave"}));
-    EXPECT_EQ(s.faults.at("A").kind, sim::Fault::Kind::Code);
-    EXPECT_EQ(s.faults.at("A").code, 45);
-    EXPECT_EQ(s.faults.at("B").kind, sim::Fault::Kind::Slow);
+    EXPECT_EQ(std::make_pair(s.faults.at("A").kind, s.faults.at("A").code), std::make_pair(sim::Fault::Kind::Code, int16_t{45}));
+    EXPECT_EQ(std::make_pair(s.faults.at("B").kind, s.faults.at("B").calls), std::make_pair(sim::Fault::Kind::Slow, 1));
     EXPECT_EQ(s.seed, 9u);
     ASSERT_EQ(s.problems.size(), 1u);
     EXPECT_NE(s.problems[0].find("\"broken\""), std::string::npos);
-}
 
-TEST_F(SettingsTest, AMissingFileOrGarbageLeavesTheDefaults) {
-    auto s = sim::LoadSimulationSettings(dir.string());
+    s = load(std::string("\x00\xff\xfe garbage,,,\n\x01", 18));
     EXPECT_EQ(s.seed, 1u);
-    EXPECT_TRUE(s.writers.empty());
-    EXPECT_TRUE(s.problems.empty());
-    Write(std::string("\x00\xff\xfe garbage,,,\n\x01", 18));
-    s = sim::LoadSimulationSettings(dir.string());
-    EXPECT_EQ(s.seed, 1u);
-    EXPECT_TRUE(s.faults.empty());
+    EXPECT_TRUE(s.faults.empty() && s.writers.empty());
+    std::filesystem::remove_all(dir);
+    EXPECT_TRUE(sim::LoadSimulationSettings(dir.string()).problems.empty()) << "no file: the defaults";
 }
 
 TEST(SimulatedAcceleratorOfABrokenDirectory, ServesWhatItCouldReadAndSaysWhatItCouldNot) {

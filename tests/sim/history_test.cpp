@@ -8,14 +8,8 @@ using sim_test::SimTest;
 constexpr int32_t kDay = 86400;
 
 TEST_F(SimTest, LocalHistoryCoversTheLastDaysTheArchiveReachesFurtherAtCoarserSteps) {
-    struct Case {
-        const char* device;
-        const char* property;
-        int64_t from, to;
-        int32_t count;
-        size_t points;
-        int32_t step;  // between consecutive time stamps; 0 = not checked
-    };
+    // step: between consecutive time stamps; 0 = not checked.
+    struct Case { const char* device; const char* property; int64_t from, to; int32_t count; size_t points; int32_t step; };
     const Case cases[] = {
         // Ten minutes of the local history: one value a minute, both ends included.
         {"/ORKA/BPMHIST/BPM.S01.C2", "ORBIT.X.Q1.HIST", kNowS - 600, kNowS, 999, 11, 60},
@@ -39,15 +33,21 @@ TEST_F(SimTest, LocalHistoryCoversTheLastDaysTheArchiveReachesFurtherAtCoarserSt
         ASSERT_EQ(r.status, 0) << c.device << " " << c.property;
         EXPECT_EQ(r.values.size(), c.points) << c.device << " " << c.property;
         for (size_t i = 0; i < r.times.size(); ++i) {
-            EXPECT_GE(r.times[i], c.from);
-            EXPECT_LE(r.times[i], c.to);
-            if (i == 0) continue;
-            EXPECT_GT(r.times[i], r.times[i - 1]);
-            if (c.step > 0) {
-                EXPECT_EQ(r.times[i] - r.times[i - 1], c.step);
-            }
+            EXPECT_TRUE(r.times[i] >= c.from && r.times[i] <= c.to) << r.times[i];
+            const int32_t step = i == 0 ? 0 : r.times[i] - r.times[i - 1];
+            EXPECT_TRUE(i == 0 || (step > 0 && (c.step == 0 || step == c.step))) << c.device << " step " << step;
         }
     }
+}
+
+TEST_F(SimTest, AReadIntoALargerBufferDeliversNoMoreThanTheCountAsked) {
+    const int32_t from = static_cast<int32_t>(kNowS - 600), to = static_cast<int32_t>(kNowS);
+    const auto series = History("/ORKA/BPMHIST/BPM.S01.C2", "ORBIT.X.Q1.HIST", {from, to}, 5, vire::kFormatFltInt, 50);
+    ASSERT_EQ(series.status, 0);
+    EXPECT_EQ(series.values.size(), 5u);
+    EXPECT_EQ(std::make_pair(series.times.front(), series.times.back()), std::make_pair(from, to)) << "spread over the window";
+    const auto spectrum = History("/ORKA/BCMHIST/#0", "CHARGE.P2.HIST", {to, to, 0}, 10, vire::kFormatSingle, 1980);
+    EXPECT_EQ(spectrum.values.size(), 10u);
 }
 
 TEST_F(SimTest, HistoryAgreesWithWhatWasLiveAtTheSameMoment) {
@@ -62,68 +62,50 @@ TEST_F(SimTest, HistoryAgreesWithWhatWasLiveAtTheSameMoment) {
     EXPECT_EQ(archive.values.back(), live.values[0]);
 }
 
-TEST_F(SimTest, ProbesCountWhatAWindowHoldsOnEachSource) {
-    struct Case { const char* device; const char* property; int64_t from, to; int32_t points; };
-    const Case cases[] = {
-        {"/ORKA/BPMHIST/#1", "ORBIT.X.Q1.HIST", kNowS - 3600, kNowS, 61},
-        {"/ORKA/OKHISTORY/#1", "ORBIT.X.Q1", kNowS - 3600, kNowS, 5},
-        {"/ORKA/BPMHIST/#1", "ORBIT.X.Q1.HIST", kNowS - 30 * kDay, kNowS - 29 * kDay, 0},
-        {"/ORKA/OKHISTORY/#1", "ORBIT.X.Q1", kNowS - 30 * kDay, kNowS - 29 * kDay, 97},
-        // A probe counts everything, even more than one read could fetch.
-        {"/ORKA/BPMHIST/#1", "ORBIT.X.Q1.HIST", kNowS - 2 * kDay, kNowS, 2881},
-    };
-    for (const Case& c : cases) {
-        const auto r = History(c.device, c.property, {static_cast<int32_t>(c.from), static_cast<int32_t>(c.to), 0}, 1);
-        ASSERT_EQ(r.status, 0) << c.device;
-        ASSERT_EQ(r.times.size(), 1u);
-        EXPECT_EQ(r.times[0], c.points) << c.device << " " << c.from;
-    }
-}
-
 TEST_F(SimTest, WholeSpectraComeFromTheRecordedTimeAtOrBeforeTheOneAsked) {
-    const auto at = History("/ORKA/BCMHIST/#0", "CHARGE.P2.HIST", {static_cast<int32_t>(kNowS - 30), static_cast<int32_t>(kNowS - 30), 0},
-                            1980, vire::kFormatSingle);
-    ASSERT_EQ(at.status, 0);
-    EXPECT_EQ(at.values.size(), 1980u);
+    const int32_t t = static_cast<int32_t>(kNowS - 30);
+    const auto at = History("/ORKA/BCMHIST/#0", "CHARGE.P2.HIST", {t, t, 0}, 1980, vire::kFormatSingle);
+    ASSERT_EQ(at.values.size(), 1980u);
     EXPECT_EQ(at.stamp, kNowS - 60);
-    const auto fewer = History("/ORKA/BCMHIST/#0", "CHARGE.P2.HIST", {static_cast<int32_t>(kNowS - 30), 0, 0}, 10, vire::kFormatSingle);
-    EXPECT_EQ(fewer.values.size(), 10u);
-    EXPECT_EQ(fewer.values[9], at.values[9]);
-
-    struct Case { const char* device; const char* property; int64_t t; int16_t format; vire::Status status; };
-    const Case cases[] = {
-        {"/ORKA/BCMHIST/#0", "CHARGE.P2.HIST", kNowS - 10 * kDay, vire::kFormatSingle, vire::kNoData},
-        {"/ORKA/OKHISTORY/#0", "CHARGE.P2", kNowS - 10 * kDay, vire::kFormatSingle, 0},
-        {"/ORKA/OKHISTORY/#0", "CHARGE.P2", kNowS - 1000 * kDay, vire::kFormatSingle, vire::kNoData},
-        {"/ORKA/OKHISTORY/#0", "CHARGE.P2", kNowS + 3600, vire::kFormatSingle, vire::kNoData},
-        {"/ORKA/OKHISTORY/#0", "CHARGE.P2", kNowS, vire::kFormatFltInt, vire::kFormatMismatch},
-        {"/ORKA/OKHISTORY/#0", "NOSUCH", kNowS, vire::kFormatSingle, vire::kUnknownProperty},
-    };
-    for (const Case& c : cases) {
-        const auto r = History(c.device, c.property, {static_cast<int32_t>(c.t), static_cast<int32_t>(c.t), 0}, 1980, c.format);
-        EXPECT_EQ(r.status, c.status) << c.device << " " << c.t;
-    }
+    const auto fewer = History("/ORKA/BCMHIST/#0", "CHARGE.P2.HIST", {t, 0, 0}, 10, vire::kFormatSingle);
+    EXPECT_EQ(std::vector<float>(at.values.begin(), at.values.begin() + 10), fewer.values);
 }
 
-TEST_F(SimTest, HistoryReadsCheckTheirInputFormatAndElement) {
-    struct Case { const char* device; const char* property; std::vector<int32_t> input; int16_t format; vire::Status status; };
-    const int32_t from = static_cast<int32_t>(kNowS - 600), to = static_cast<int32_t>(kNowS);
+// probe: what a "#1" probe counts in the window, even more than one read could fetch; -1 = no probe.
+TEST_F(SimTest, HistoryReadsCheckTheirInputFormatElementAndTimeAndProbesCountTheWindow) {
+    struct Case { const char* device; const char* property; std::vector<int32_t> input; int16_t format; vire::Status status; int32_t probe; };
+    const int32_t from = static_cast<int32_t>(kNowS - 600), to = static_cast<int32_t>(kNowS), hour = from - 3000,
+                  old = static_cast<int32_t>(kNowS - 30 * kDay), older = old + kDay, days = static_cast<int32_t>(kNowS - 10 * kDay);
+    const int16_t fltInt = vire::kFormatFltInt, single = vire::kFormatSingle;
     const Case cases[] = {
-        {"/ORKA/BPMHIST/BPM.S01.C2", "ORBIT.X.Q1.HIST", {from}, vire::kFormatFltInt, vire::kInvalidInput},
-        {"/ORKA/BPMHIST/BPM.S01.C2", "ORBIT.X.Q1.HIST", {}, vire::kFormatFltInt, vire::kInvalidInput},
-        {"/ORKA/BPMHIST/BPM.S01.C2", "ORBIT.X.Q1.HIST", {from, to, 1}, vire::kFormatFltInt, 0},
-        {"/ORKA/BPMHIST/BPM.S01.C2", "ORBIT.X.Q1.HIST", {from, to}, vire::kFormatSingle, vire::kFormatMismatch},
+        {"/ORKA/BPMHIST/BPM.S01.C2", "ORBIT.X.Q1.HIST", {from}, fltInt, vire::kInvalidInput, -1},
+        {"/ORKA/BPMHIST/BPM.S01.C2", "ORBIT.X.Q1.HIST", {}, fltInt, vire::kInvalidInput, -1},
+        {"/ORKA/BPMHIST/BPM.S01.C2", "ORBIT.X.Q1.HIST", {from, to, 1}, fltInt, 0, -1},
+        {"/ORKA/BPMHIST/BPM.S01.C2", "ORBIT.X.Q1.HIST", {from, to}, single, vire::kFormatMismatch, -1},
         // An element of another quadrant is not in this quadrant's history.
-        {"/ORKA/BPMHIST/BPM.S09.C1", "ORBIT.X.Q1.HIST", {from, to}, vire::kFormatFltInt, vire::kUnknownDevice},
-        {"/ORKA/BPMHIST/BPM.S09.C1", "ORBIT.X.Q3.HIST", {from, to}, vire::kFormatFltInt, 0},
-        {"/ORKA/BCMHIST/#1980", "CHARGE.P1.HIST", {from, to}, vire::kFormatFltInt, vire::kUnknownDevice},
-        {"/ORKA/BPMHIST/BPM.S01.C2", "NOSUCH.HIST", {from, to}, vire::kFormatFltInt, vire::kUnknownProperty},
-        {"/KALM/KALMHISTORY/KBPM.03", "POS.X", {from, to}, vire::kFormatFltInt, 0},
-        {"HISTORY", "CURRENT", {from, to}, vire::kFormatFltInt, vire::kUnknownProperty},
+        {"/ORKA/BPMHIST/BPM.S09.C1", "ORBIT.X.Q1.HIST", {from, to}, fltInt, vire::kUnknownDevice, -1},
+        {"/ORKA/BPMHIST/BPM.S09.C1", "ORBIT.X.Q3.HIST", {from, to}, fltInt, 0, -1},
+        {"/ORKA/BCMHIST/#1980", "CHARGE.P1.HIST", {from, to}, fltInt, vire::kUnknownDevice, -1},
+        {"/ORKA/BPMHIST/BPM.S01.C2", "NOSUCH.HIST", {from, to}, fltInt, vire::kUnknownProperty, -1},
+        {"/KALM/KALMHISTORY/KBPM.03", "POS.X", {from, to}, fltInt, 0, -1},
+        {"HISTORY", "CURRENT", {from, to}, fltInt, vire::kUnknownProperty, -1},
+        {"/ORKA/BPMHIST/#1", "ORBIT.X.Q1.HIST", {hour, to, 0}, fltInt, 0, 61},
+        {"/ORKA/OKHISTORY/#1", "ORBIT.X.Q1", {hour, to, 0}, fltInt, 0, 5},
+        {"/ORKA/BPMHIST/#1", "ORBIT.X.Q1.HIST", {old, older, 0}, fltInt, 0, 0},
+        {"/ORKA/OKHISTORY/#1", "ORBIT.X.Q1", {old, older, 0}, fltInt, 0, 97},
+        {"/ORKA/BPMHIST/#1", "ORBIT.X.Q1.HIST", {to - 2 * kDay, to, 0}, fltInt, 0, 2881},
+        // Whole spectra: the local history's days, the archive's years, nothing in the future.
+        {"/ORKA/BCMHIST/#0", "CHARGE.P2.HIST", {days, days, 0}, single, vire::kNoData, -1},
+        {"/ORKA/OKHISTORY/#0", "CHARGE.P2", {days, days, 0}, single, 0, -1},
+        {"/ORKA/OKHISTORY/#0", "CHARGE.P2", {to - 1000 * kDay, 0, 0}, single, vire::kNoData, -1},
+        {"/ORKA/OKHISTORY/#0", "CHARGE.P2", {to + 3600, 0, 0}, single, vire::kNoData, -1},
+        {"/ORKA/OKHISTORY/#0", "CHARGE.P2", {to, to, 0}, fltInt, vire::kFormatMismatch, -1},
+        {"/ORKA/OKHISTORY/#0", "NOSUCH", {to, to, 0}, single, vire::kUnknownProperty, -1},
     };
     for (const Case& c : cases) {
         const auto r = History(c.device, c.property, c.input, 999, c.format);
         EXPECT_EQ(r.status, c.status) << c.device << " " << c.property << " inputs " << c.input.size();
+        EXPECT_EQ(c.probe < 0 ? c.probe : r.times.at(0), c.probe) << c.device << " " << c.input[0];
     }
 }
 

@@ -38,6 +38,7 @@ protected:
     void TearDown() override {
         vire::SetTransport(nullptr);
         vire::UseSystemClock();
+        vire::ResetUserName();
     }
     virtual sim::SimulationSettings Settings() {
         sim::SimulationSettings settings;
@@ -48,22 +49,23 @@ protected:
 
     // `count` SINGLEs of a live property.
     Reading Floats(const std::string& device, const std::string& property, int32_t count,
-                   int16_t format = vire::kFormatSingle) {
+                   int16_t format = vire::kFormatSingle, int32_t timeoutMs = 1000) {
         Reading r;
         std::vector<std::byte> buffer(static_cast<size_t>(count) * 4);
         vire::DataObject out{count, format, "", buffer};
-        r.status = vire::LinkCall(device, property, out, vire::DataObject{}, vire::kAccessRead, 1000);
+        r.status = vire::LinkCall(device, property, out, vire::DataObject{}, vire::kAccessRead, timeoutMs);
         for (int32_t i = 0; i < out.count; ++i) r.values.push_back(vire::LoadFloat(buffer, 4 * static_cast<size_t>(i)));
         r.stamp = out.stamp;
         return r;
     }
 
-    // A history read with input start, stop (and mode when given).
+    // A history read with input start, stop (and mode when given), into a
+    // buffer with room for `room` elements (default: the count asked).
     Reading History(const std::string& device, const std::string& property, std::vector<int32_t> input,
-                    int32_t count, int16_t format = vire::kFormatFltInt) {
+                    int32_t count, int16_t format = vire::kFormatFltInt, int32_t room = -1) {
         Reading r;
         const int32_t width = vire::FormatSize(format);
-        std::vector<std::byte> buffer(static_cast<size_t>(count) * static_cast<size_t>(width));
+        std::vector<std::byte> buffer(static_cast<size_t>(room < 0 ? count : room) * static_cast<size_t>(width));
         std::vector<std::byte> in(input.size() * 4);
         for (size_t i = 0; i < input.size(); ++i) vire::StoreInt32(in, 4 * i, input[i]);
         vire::DataObject out{count, format, "", buffer};

@@ -10,6 +10,8 @@
 #include "form_fixture.h"
 #include "scratch_config.h"
 #include "ui/plot/plex_plot.h"
+#include "vire/link.h"
+#include <QLabel>
 
 namespace {
 
@@ -147,6 +149,33 @@ TEST(LiveSpectrum, CaptionsAppearFromTheSecondEventWithTheModesInOrder) {
     w.Tick();
     EXPECT_EQ(w.Texts().size(), 1u);
     EXPECT_EQ(w.f.State().SpectrumModeText, -1);
+}
+
+}  // namespace
+
+namespace {
+
+TEST(LiveSpectrum, ADeadPartIsNamedWhileTheOtherPartsKeepUpdating) {
+    FormFixture f;
+    viewer::SpectrumForm& form = f.Load();
+    form.SpectrumCombo_Click();  // four parts of 32 on four servers
+    f.Advance(2000);
+    f.accelerator->SetFault("/ORKA/BPMQ2", sim::Fault{sim::Fault::Kind::Down});
+    f.Advance(1000);
+    const std::vector<float> before(&f.State().LiveValues[0], &f.State().LiveValues[0] + 128);
+    f.Advance(5000);
+    const std::vector<float> after(&f.State().LiveValues[0], &f.State().LiveValues[0] + 128);
+    EXPECT_NE(std::vector<float>(before.begin(), before.begin() + 32),
+              std::vector<float>(after.begin(), after.begin() + 32)) << "the first part still moves";
+    EXPECT_EQ(std::vector<float>(before.begin() + 32, before.begin() + 64),
+              std::vector<float>(after.begin() + 32, after.begin() + 64)) << "the dead part keeps its last values";
+    const std::string failure = "/ORKA/BPMQ2/ORBIT ORBIT.X: " + vire::ErrorText(2) + " (2)";
+    EXPECT_NE(form.PLEXPlotSpectrum->Caption().find(failure), std::string::npos) << form.PLEXPlotSpectrum->Caption();
+    EXPECT_NE(form.StatusLine->text().toStdString().find("FAILING: " + failure), std::string::npos);
+
+    f.accelerator->ClearFault("/ORKA/BPMQ2");
+    f.Advance(2000);
+    EXPECT_EQ(form.PLEXPlotSpectrum->Caption().find("["), std::string::npos) << "recovered";
 }
 
 }  // namespace

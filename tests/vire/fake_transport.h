@@ -15,7 +15,6 @@ struct RecordedCall {
     int32_t outCount = 0;
     int16_t outFormat = 0;
     std::vector<std::byte> input;
-    int16_t inFormat = 0;
     int16_t access = 0;
     int32_t timeoutMs = 0;
 };
@@ -28,28 +27,26 @@ public:
         return vire::LinkData{};
     };
     std::vector<RecordedCall> calls;
-    std::vector<std::string> polls;
 
     vire::Status Call(const std::string& device, const std::string& property, vire::DataObject& out,
                       const vire::DataObject& in, int16_t access, int32_t timeoutMs) override {
         calls.push_back({device, property, out.count, out.format,
-                         std::vector<std::byte>(in.buffer.begin(), in.buffer.end()), in.format, access, timeoutMs});
+                         std::vector<std::byte>(in.buffer.begin(), in.buffer.end()), access, timeoutMs});
         return answer(out);
     }
 
 protected:
-    vire::LinkData Poll(const vire::SubscriptionRequest& request) override {
-        polls.push_back(request.fullDeviceName + " " + request.property);
-        return poll(request);
-    }
+    vire::LinkData Poll(const vire::SubscriptionRequest& request) override { return poll(request); }
 };
 
-// Fields of `width` characters (blank-padded) written into out.buffer.
-inline vire::Status AnswerFields(vire::DataObject& out, const std::vector<std::string>& fields, size_t width) {
+// Fields of `width` characters written into out.buffer as the server wrote
+// them: a field shorter than the width ends in `pad` (NUL or blanks).
+inline vire::Status AnswerFields(vire::DataObject& out, const std::vector<std::string>& fields, size_t width,
+                                 char pad = '\0') {
     size_t n = 0;
     for (; n < fields.size() && (n + 1) * width <= out.buffer.size(); ++n) {
         std::string field = fields[n];
-        field.resize(width, ' ');
+        field.resize(width, pad);
         for (size_t i = 0; i < width; ++i) out.buffer[n * width + i] = static_cast<std::byte>(field[i]);
     }
     out.count = static_cast<int32_t>(n);

@@ -1,3 +1,5 @@
+// Live links on the test scheduler: timers in due order, one reading per
+// interval stamped with the clock, nothing after a link or its transport is gone.
 #include <gtest/gtest.h>
 
 #include "fake_transport.h"
@@ -6,87 +8,84 @@
 
 namespace {
 
-using vire_test::FakeTransport;
-
 class PollingTest : public ::testing::Test {
 protected:
     void SetUp() override {
         vire::SetTestClock(1'000'000);
-        scheduler = std::make_unique<vire::ManualScheduler>();
-        vire::SetScheduler(scheduler.get());
+        vire::SetScheduler(&scheduler);
     }
     void TearDown() override {
         vire::SetScheduler(nullptr);
         vire::UseSystemClock();
     }
-    std::unique_ptr<vire::ManualScheduler> scheduler;
+    vire::ManualScheduler scheduler;
 };
 
-TEST_F(PollingTest, ALinkDeliversOncePerIntervalWithTheClockTimeAndStopsWhenUnsubscribed) {
-    FakeTransport transport;
-    transport.poll = [](const vire::SubscriptionRequest& r) {
-        vire::LinkData d;
-        d.count = r.count;
-        return d;
-    };
-    std::vector<int64_t> stamps;
-    const auto id = transport.Subscribe({"/A/B/C", "P", 517, 8, 1000},
-                                        [&](const vire::LinkData& d) { stamps.push_back(d.stampMs); });
-    ASSERT_GT(id, 0);
-    scheduler->AdvanceBy(999);
-    EXPECT_TRUE(stamps.empty());
-    scheduler->AdvanceBy(2001);
-    EXPECT_EQ(stamps, (std::vector<int64_t>{1'001'000, 1'002'000, 1'003'000}));
-    EXPECT_EQ(transport.polls.front(), "/A/B/C P");
-    transport.Unsubscribe(id);
-    transport.Unsubscribe(id);      // twice: ignored
-    transport.Unsubscribe(12345);   // unknown: ignored
-    scheduler->AdvanceBy(5000);
-    EXPECT_EQ(stamps.size(), 3u);
-    EXPECT_EQ(transport.ActiveSubscriptions(), 0u);
-    EXPECT_EQ(scheduler->ActiveTimers(), 0u);
+TEST_F(PollingTest, TimersFireInDueOrderAtTheirOwnTimesAndPostedTasksRunBetween) {
+    std::vector<std::string> events;
+    auto at = [&](const char* what) { events.push_back(what + std::to_string(vire::NowMilliseconds() - 1'000'000)); };
+    scheduler.StartTimer(300, [&] {
+        at("a@");
+        scheduler.Post([&] { at("posted@"); });
+    });
+    scheduler.StartTimer(200, [&] { at("b@"); });
+    int ticks = 0;
+    vire::TimerId id = 0;
+    id = scheduler.StartTimer(0, [&] {
+        if (++ticks == 3) scheduler.StopTimer(id);  // a zero interval, stopped inside its own tick
+    });
+    scheduler.AdvanceBy(600);
+    EXPECT_EQ(events, (std::vector<std::string>{"b@200", "a@300", "posted@300", "b@400", "a@600", "posted@600", "b@600"}));
+    EXPECT_EQ(ticks, 3);
+    EXPECT_EQ(scheduler.ActiveTimers(), 2u);
 }
 
-TEST_F(PollingTest, FailedReadingsAreDeliveredTooAndLinksKeepTheirOwnIntervals) {
-    FakeTransport transport;
+TEST_F(PollingTest, ALinkDeliversEachIntervalFailuresIncludedUntilUnsubscribed) {
+    vire_test::FakeTransport transport;
     transport.poll = [](const vire::SubscriptionRequest& r) {
         vire::LinkData d;
         d.status = r.property == "BAD" ? 45 : 0;
         return d;
     };
     std::vector<std::string> seen;
+    const auto good = transport.Subscribe({"/A/B/C", "GOOD", 517, 8, 1000}, [&](const vire::LinkData& d) {
+        seen.push_back("good " + std::to_string(d.status) + " @" + std::to_string(d.stampMs - 1'000'000));
+    });
     transport.Subscribe({"/A/B/C", "BAD", 517, 1, 500},
                         [&](const vire::LinkData& d) { seen.push_back("bad " + std::to_string(d.status)); });
-    transport.Subscribe({"/A/B/C", "GOOD", 517, 1, 1000},
-                        [&](const vire::LinkData& d) { seen.push_back("good " + std::to_string(d.status)); });
-    scheduler->AdvanceBy(1000);
-    // At 1000 ms both are due; the earlier link comes first.
-    EXPECT_EQ(seen, (std::vector<std::string>{"bad 45", "bad 45", "good 0"}));
+    scheduler.AdvanceBy(999);
+    EXPECT_EQ(seen, (std::vector<std::string>{"bad 45"}));
+    scheduler.AdvanceBy(1001);
+    // Due together, the link made first comes first.
+    EXPECT_EQ(seen, (std::vector<std::string>{"bad 45", "good 0 @1000", "bad 45", "bad 45", "good 0 @2000", "bad 45"}));
+    transport.Unsubscribe(good);
+    transport.Unsubscribe(good);   // twice: ignored
+    transport.Unsubscribe(12345);  // unknown: ignored
+    seen.clear();
+    scheduler.AdvanceBy(1000);
+    EXPECT_EQ(seen, (std::vector<std::string>{"bad 45", "bad 45"}));
+    EXPECT_EQ(transport.ActiveSubscriptions(), 1u);
 }
 
-TEST_F(PollingTest, ALinkMayStopItselfAndNothingTicksAfterTheTransportIsGone) {
-    auto transport = std::make_unique<FakeTransport>();
-    int ticks = 0;
+TEST_F(PollingTest, ALinkMayStopItselfNothingTicksAfterTheTransportIsGoneAndNoSchedulerNoLink) {
+    auto transport = std::make_unique<vire_test::FakeTransport>();
+    int ticks = 0, later = 0;
     vire::SubscriptionId id = 0;
     id = transport->Subscribe({"/A/B/C", "P", 517, 1, 100}, [&](const vire::LinkData&) {
         ++ticks;
         transport->Unsubscribe(id);
     });
-    scheduler->AdvanceBy(1000);
+    transport->Subscribe({"/A/B/C", "P", 517, 1, 300}, [&](const vire::LinkData&) { ++later; });
+    scheduler.AdvanceBy(1000);
     EXPECT_EQ(ticks, 1);
-
-    int later = 0;
-    transport->Subscribe({"/A/B/C", "P", 517, 1, 100}, [&](const vire::LinkData&) { ++later; });
+    EXPECT_EQ(later, 3);
     transport.reset();
-    scheduler->AdvanceBy(1000);
-    EXPECT_EQ(later, 0);
-}
-
-TEST_F(PollingTest, WithoutASchedulerThereIsNoLink) {
+    scheduler.AdvanceBy(1000);
+    EXPECT_EQ(later, 3);
     vire::SetScheduler(nullptr);
-    FakeTransport transport;
-    EXPECT_EQ(transport.Subscribe({"/A/B/C", "P", 517, 1, 100}, [](const vire::LinkData&) {}), -1);
-    EXPECT_EQ(transport.ActiveSubscriptions(), 0u);
+    vire_test::FakeTransport unscheduled;
+    EXPECT_EQ(unscheduled.Subscribe({"/A/B/C", "P", 517, 1, 100}, [](const vire::LinkData&) {}), -1);
+    EXPECT_EQ(unscheduled.ActiveSubscriptions(), 0u);
 }
 
 }  // namespace

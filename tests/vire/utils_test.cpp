@@ -8,54 +8,55 @@
 
 namespace {
 
-class UtcZone : public ::testing::Test {
-protected:
-    void SetUp() override {
-        ::setenv("TZ", "UTC", 1);
+// Runs in a zone, restoring the process's own zone afterwards.
+struct Zone {
+    explicit Zone(const char* zone) : saved(std::getenv("TZ") ? std::getenv("TZ") : "") { Set(zone); }
+    ~Zone() { Set(saved.empty() ? nullptr : saved.c_str()); }
+    static void Set(const char* zone) {
+        zone ? ::setenv("TZ", zone, 1) : ::unsetenv("TZ");
         ::tzset();
     }
-    void TearDown() override { vire::UseSystemClock(); }
+    std::string saved;
 };
 
-TEST_F(UtcZone, CtimeIsTheFixedWidthTextAndEmptyForNegativeTimes) {
-    struct Case { int64_t t; const char* text; };
+TEST(TimeTexts, CtimeIsLocalFixedWidthTextAndEmptyForNegativeTimes) {
+    struct Case { const char* zone; int64_t t; const char* text; };
     const Case cases[] = {
-        {0, "Thu Jan  1 00:00:00 1970"},
-        {1000000000, "Sun Sep  9 01:46:40 2001"},
-        {1795372500, "Sun Nov 22 18:35:00 2026"},
-        {2147483647, "Tue Jan 19 03:14:07 2038"},
-        {-1, ""},
-        {-86400, ""},
+        {"UTC", 0, "Thu Jan  1 00:00:00 1970"}, {"UTC", 2147483647, "Tue Jan 19 03:14:07 2038"},
+        {"UTC", -1, ""}, {"Europe/Berlin", -86400, ""},
+        // Winter and summer time, and both sides of the spring change.
+        {"Europe/Berlin", 1795372500, "Sun Nov 22 19:35:00 2026"}, {"Europe/Berlin", 1000000000, "Sun Sep  9 03:46:40 2001"},
+        {"Europe/Berlin", 1774745999, "Sun Mar 29 01:59:59 2026"}, {"Europe/Berlin", 1774746000, "Sun Mar 29 03:00:00 2026"},
     };
     for (const Case& c : cases) {
-        EXPECT_EQ(vire::CTIME(c.t), c.text) << c.t;
-        if (c.t >= 0) {
-            EXPECT_EQ(vire::CTIME(c.t).size(), 24u);
-        }
+        Zone zone(c.zone);
+        EXPECT_EQ(vire::CTIME(c.t), c.text) << c.zone << " " << c.t;
     }
 }
 
-TEST_F(UtcZone, MktimeBuildsUnixSecondsAndRefusesWhatDoesNotFit) {
-    struct Case { int y, mo, d, h, mi, s; int32_t t; };
+TEST(TimeTexts, MktimeTakesLocalPartsAndRefusesWhatDoesNotFit) {
+    struct Case { const char* zone; int y, mo, d, h, mi, s; int32_t t; };
     const Case cases[] = {
-        {1970, 1, 1, 0, 0, 0, 0},
-        {2001, 9, 9, 1, 46, 40, 1000000000},
-        {2026, 11, 22, 18, 35, 0, 1795372500},
-        {2026, 2, 29, 0, 0, 0, 1772323200},  // no 29 February: rolls into March
-        {1969, 12, 31, 23, 59, 59, -1},      // before 1970
-        {2038, 1, 19, 3, 14, 8, -1},         // past 32 bits
+        {"UTC", 1970, 1, 1, 0, 0, 0, 0}, {"UTC", 2026, 11, 22, 18, 35, 0, 1795372500},
+        {"UTC", 2026, 2, 29, 0, 0, 0, 1772323200},  // no 29 February: rolls into March
+        {"UTC", 1969, 12, 31, 23, 59, 59, -1}, {"UTC", 2038, 1, 19, 3, 14, 8, -1},  // before 1970, past 32 bits
+        {"Europe/Berlin", 2026, 1, 1, 0, 0, 0, 1767222000}, {"Europe/Berlin", 2026, 7, 1, 12, 0, 0, 1782900000},
+        {"Europe/Berlin", 2026, 3, 29, 3, 0, 0, 1774746000},
     };
-    for (const Case& c : cases) EXPECT_EQ(vire::MKTIME(c.y, c.mo, c.d, c.h, c.mi, c.s), c.t) << c.y << "-" << c.mo << "-" << c.d;
-    EXPECT_EQ(vire::CTIME(vire::MKTIME(2026, 3, 1, 0, 0, 0)), "Sun Mar  1 00:00:00 2026");
+    for (const Case& c : cases) {
+        Zone zone(c.zone);
+        EXPECT_EQ(vire::MKTIME(c.y, c.mo, c.d, c.h, c.mi, c.s), c.t) << c.zone << " " << c.y << "-" << c.mo << "-" << c.d;
+    }
 }
 
-TEST_F(UtcZone, UnixtimeFollowsTheTestClockAndFloors) {
+TEST(TimeTexts, UnixtimeFollowsTheTestClockAndFloors) {
     vire::SetTestClock(1795372500999);
     EXPECT_EQ(vire::UNIXTIME(), 1795372500);
     vire::AdvanceTestClock(1);
     EXPECT_EQ(vire::UNIXTIME(), 1795372501);
     vire::SetTestClock(-1);
     EXPECT_EQ(vire::UNIXTIME(), -1);
+    vire::UseSystemClock();
 }
 
 TEST(FixedWidthText, BytesStopAtNulAndKeepBlanksStringsArePaddedOrCut) {
@@ -63,19 +64,13 @@ TEST(FixedWidthText, BytesStopAtNulAndKeepBlanksStringsArePaddedOrCut) {
     std::vector<std::byte> field(raw.size());
     for (size_t i = 0; i < raw.size(); ++i) field[i] = static_cast<std::byte>(raw[i]);
     EXPECT_EQ(vire::Bytes2String(field), "AB  ");
-    EXPECT_EQ(vire::Bytes2String({}), "");
-
-    struct Case { std::string text; size_t width; size_t size; std::string back; };
-    const Case cases[] = {
-        {"ORBIT.X", 16, 16, "ORBIT.X"},
-        {"ORBIT.X", 4, 4, "ORBI"},   // cut, and no room left for a NUL
-        {"ORBIT.X", 0, 8, "ORBIT.X"},  // its own length plus a NUL
-        {"", 0, 1, ""},
-    };
+    struct Case { std::string text; size_t width, size; std::string back; };
+    const Case cases[] = {{"ORBIT.X", 16, 16, "ORBIT.X"}, {"ORBIT.X", 4, 4, "ORBI"}, {"ORBIT.X", 0, 8, "ORBIT.X"}, {"", 0, 1, ""}};
     for (const Case& c : cases) {
         const auto bytes = vire::String2Bytes(c.text, c.width);
         EXPECT_EQ(bytes.size(), c.size) << c.text;
         EXPECT_EQ(vire::Bytes2String(bytes), c.back) << c.text;
+        EXPECT_EQ(bytes.back(), c.text.size() < c.size ? std::byte{0} : std::byte{'I'}) << c.text;
     }
 }
 

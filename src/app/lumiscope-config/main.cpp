@@ -11,7 +11,8 @@
 #include "catalogue/config_check.h"
 #include "catalogue/readers.h"
 #include "tool_support/json_writer.h"
-#include "threshold_link.h"
+#include "sim/simulated_accelerator.h"
+#include "vire/threshold_link.h"
 #include "tool_window.h"
 
 namespace {
@@ -25,6 +26,14 @@ const char* kUsage =
     "       lumiscope-config check CONFIGDIR\n"
     "Threshold link sources are read from the simulated accelerator of --sim-config\n"
     "(default: the sample configuration; for check: CONFIGDIR).\n";
+
+// Link sources are answered by the simulated accelerator of simConfigDir,
+// built once per run and installed as the transport of the link calls.
+void UseSimulatedLinks(catalogue::Catalogue& cat, const std::string& simConfigDir) {
+    static std::shared_ptr<sim::SimulatedAccelerator> accelerator;
+    if (!accelerator) accelerator = sim::InstallSimulatedAccelerator(simConfigDir);
+    vire::InstallThresholdLink(cat);
+}
 
 int Usage(const std::string& problem) {
     std::cerr << "lumiscope-config: " << problem << "\n" << kUsage;
@@ -140,7 +149,7 @@ int Channels(const std::vector<std::string>& files, const std::string& programPa
              const std::string& simConfig) {
     catalogue::Catalogue cat;  // one catalogue: values carry over from file to file
     cat.ApplicationPath = programPath.empty() ? "." : programPath;
-    InstallThresholdLink(cat, simConfig);
+    UseSimulatedLinks(cat, simConfig);
     JsonWriter json;
     json.BeginArray();
     bool allOk = true;
@@ -178,7 +187,7 @@ int Thresholds(const std::string& source, long size, const std::string& programP
                const std::string& simConfig) {
     catalogue::Catalogue cat;
     cat.ApplicationPath = programPath.empty() ? "." : programPath;
-    InstallThresholdLink(cat, simConfig);
+    UseSimulatedLinks(cat, simConfig);
     ToolWindow window(cat);
     std::vector<float> high(static_cast<std::size_t>(size)), low(static_cast<std::size_t>(size));
     const int16_t result = catalogue::ReadThresholds(cat, window, source, high, low);
@@ -194,7 +203,7 @@ int Thresholds(const std::string& source, long size, const std::string& programP
 int Check(const std::string& configDir) {
     catalogue::ConfigCheckOptions options;
     catalogue::Catalogue linkHolder;
-    InstallThresholdLink(linkHolder, configDir);
+    UseSimulatedLinks(linkHolder, configDir);
     options.thresholdLink = linkHolder.ThresholdLink;
     const auto result = catalogue::CheckConfigDirectory(configDir, options);
     for (const auto& problem : result.problems) {
@@ -224,7 +233,7 @@ std::optional<std::string> TakeOption(std::vector<std::string>& args, const std:
 
 }  // namespace
 
-int main(int argc, char** argv) {
+int main(int argc, char** argv) try {
     std::vector<std::string> args(argv + 1, argv + argc);
     if (args.empty()) return Usage("no command");
     const std::string command = args.front();
@@ -242,9 +251,13 @@ int main(int argc, char** argv) {
     if (command == "thresholds" && args.size() == 1) {
         char* end = nullptr;
         const long n = size ? std::strtol(size->c_str(), &end, 10) : 0;
-        if (!size || end == size->c_str() || *end != '\0' || n < 1 || n > 1000000)
-            return Usage("thresholds needs --size N with N from 1 to 1000000");
+        if (!size || end == size->c_str() || *end != '\0' || n < 1 || n > catalogue::kMaxSpectrumPoints)
+            return Usage("thresholds needs --size N with N from 1 to " + std::to_string(catalogue::kMaxSpectrumPoints));
         return Thresholds(args[0], n, programPath, simConfig);
     }
     return Usage("unknown command or wrong arguments: " + command);
+} catch (const std::exception& error) {
+    // The readers end with their result; anything else is said, not aborted on.
+    std::cerr << "lumiscope-config: unexpected failure: " << error.what() << "\n";
+    return 3;
 }

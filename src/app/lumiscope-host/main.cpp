@@ -68,10 +68,12 @@ int main(int argc, char** argv) {
     control::SetHostCommandLine(commandLine);
 
     std::string problem;
-    // ---- The transport: the simulated accelerator of the control's configuration.
-    // ---- A network transport takes its place on this line; nothing else changes.
-    std::shared_ptr<vire::Transport> transport =
-        lumiscope_app::SimulatedTransport(catalogue::NativePath(control::ControlConfigPath()), problem);
+    // ---- The transport: the network when the environment asks for it
+    // ---- (LUMISCOPE_TRANSPORT=network), else the simulated accelerator of
+    // ---- the control's configuration.
+    const std::string configDir = catalogue::NativePath(control::ControlConfigPath());
+    std::shared_ptr<vire::Transport> transport = lumiscope_app::NetworkTransportFromEnvironment(configDir);
+    if (!transport) transport = lumiscope_app::SimulatedTransport(configDir, problem);
     if (!transport) std::fprintf(stderr, "lumiscope-host: %s\n", problem.c_str());
     lumiscope_app::Middleware middleware(transport);
 

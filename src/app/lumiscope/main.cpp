@@ -81,9 +81,10 @@ int main(int argc, char** argv) {
     const std::string configDir = catalogue::NativePath(applicationPath + "\\configs\\");
 
     std::string problem;
-    // ---- The transport: the simulated accelerator of the configuration.
-    // ---- A network transport takes its place on this line; nothing else changes.
-    std::shared_ptr<vire::Transport> transport = lumiscope_app::SimulatedTransport(configDir, problem);
+    // ---- The transport: the network when the environment asks for it
+    // ---- (LUMISCOPE_TRANSPORT=network), else the simulated accelerator.
+    std::shared_ptr<vire::Transport> transport = lumiscope_app::NetworkTransportFromEnvironment(configDir);
+    if (!transport) transport = lumiscope_app::SimulatedTransport(configDir, problem);
     if (!transport) std::fprintf(stderr, "lumiscope: %s\n", problem.c_str());
     lumiscope_app::Middleware middleware(transport);
     const bool quitWhenReady = options->quitWhenPopulated || options->quitWhenLive;

@@ -5,6 +5,9 @@
 
 #include "catalogue/numbers.h"
 #include "sim/simulated_accelerator.h"
+#ifdef LUMISCOPE_NETWORK
+#include "net/environment.h"
+#endif
 
 namespace lumiscope_app {
 namespace {
@@ -16,6 +19,13 @@ int32_t PollIntervalSetting() {
     int64_t value = 0;
     if (!text || !catalogue::ParseInteger(text, 1, 3'600'000, value)) return 0;
     return static_cast<int32_t>(value);
+}
+
+std::shared_ptr<vire::Transport> NetworkTransportFromEnvironment([[maybe_unused]] const std::string& configDir) {
+#ifdef LUMISCOPE_NETWORK
+    if (net::InstallTransportFromEnvironment(configDir)) return vire::CurrentTransport();
+#endif
+    return nullptr;
 }
 
 std::shared_ptr<vire::Transport> SimulatedTransport(const std::string& configDir, std::string& problem) {

@@ -11,6 +11,11 @@
 
 namespace lumiscope_app {
 
+// The network transport when the environment asks for it
+// (LUMISCOPE_TRANSPORT=network, see net/environment.h) and the program was
+// built with it; else nullptr.
+std::shared_ptr<vire::Transport> NetworkTransportFromEnvironment(const std::string& configDir);
+
 // The simulated accelerator built from a configuration directory (native
 // path); nullptr with `problem` set when it cannot be built.
 std::shared_ptr<vire::Transport> SimulatedTransport(const std::string& configDir, std::string& problem);

@@ -33,6 +33,8 @@ inline constexpr char kViewerUsage[] =
     "\n"
     "environment:\n"
     "  LUMISCOPE_POLL_MS    the channel's live links poll at this interval (ms)\n"
+    "  LUMISCOPE_TRANSPORT=network, LUMISCOPE_NAMES  the middleware over the network\n"
+    "                       instead of the simulated accelerator (see the README)\n"
     "  LUMISCOPE_SIM_FAULTS, LUMISCOPE_SIM_SEED, LUMISCOPE_SIM_WRITERS\n"
     "                       the simulated accelerator's settings (see the README)\n"
     "  LUMISCOPE_LOGBOOK_DIR  where printed snapshots are filed without a logbook printer\n";

@@ -78,7 +78,10 @@ std::string ParseArguments(const std::vector<std::string>& args, int64_t now, Ca
             if (!value(text) || !catalogue::ParseInteger(text, low, high, parsed.number))
                 return arg + " needs a number" + (parsed.kind == CallKind::Ctime ? "" : " from -32768 to 32767");
         } else if (arg == "--count") {
-            if (!value(text) || !catalogue::ParseInteger(text, 0, 1'000'000, number)) return "--count needs a number from 0 to 1000000";
+            // Any 32-bit count: what is out of range is for the call to answer.
+            if (!value(text) || !catalogue::ParseInteger(text, std::numeric_limits<int32_t>::min(),
+                                                         std::numeric_limits<int32_t>::max(), number))
+                return "--count needs a 32-bit number";
             parsed.count = static_cast<int32_t>(number);
             parsed.countGiven = true;
         } else if (arg == "--format") {

@@ -1,5 +1,6 @@
 // vire-call: one link call from the shell, answered by the simulated
 // accelerator of a configuration directory.
+#include <algorithm>
 #include <iostream>
 #include <string>
 #include <vector>
@@ -23,7 +24,12 @@ std::vector<std::byte> LongInput(const std::vector<int32_t>& values) {
     return bytes;
 }
 
-// A read of `count` elements of `format`, with LONG input values.
+// Most elements one read makes room for; a larger count is answered as out
+// of range without asking the server (or the memory) for it.
+constexpr int32_t kMaxReadElements = 1'000'000;
+
+// A read of `count` elements of `format`, with LONG input values. A negative
+// count goes to the server as it is, with no room for an answer.
 Answer Read(const CallArguments& a, int16_t format, int32_t count, const std::vector<int32_t>& input) {
     Answer answer;
     answer.format = format;
@@ -32,7 +38,11 @@ Answer Read(const CallArguments& a, int16_t format, int32_t count, const std::ve
         answer.status = vire::kFormatMismatch;
         return answer;
     }
-    std::vector<std::byte> buffer(static_cast<size_t>(count) * static_cast<size_t>(width));
+    if (count > kMaxReadElements) {
+        answer.status = vire::kOutOfRange;
+        return answer;
+    }
+    std::vector<std::byte> buffer(static_cast<size_t>(std::max(count, 0)) * static_cast<size_t>(width));
     std::vector<std::byte> inBytes = LongInput(input);
     vire::DataObject out{count, format, "", buffer};
     const vire::DataObject in{static_cast<int32_t>(input.size()), vire::kFormatLong, "", inBytes};
@@ -115,7 +125,7 @@ int Run(const CallArguments& a) {
 
 }  // namespace
 
-int main(int argc, char** argv) {
+int main(int argc, char** argv) try {
     CallArguments arguments;
     arguments.configDir = LUMISCOPE_SAMPLE_CONFIG_DIR;
     const std::string problem =
@@ -125,4 +135,8 @@ int main(int argc, char** argv) {
         return 2;
     }
     return Run(arguments);
+} catch (const std::exception& error) {
+    // Nothing below is meant to throw; if it does, say so rather than abort.
+    std::cerr << "vire-call: unexpected failure: " << error.what() << "\n";
+    return 3;
 }

@@ -12,7 +12,7 @@ void ElementTicker::generate(const QCPRange& range, const QLocale&, QChar, int,
     if (tickLabels) tickLabels->clear();
     const double pixels = axis_ ? axis_->axisRect()->width() : 0.0;
     const int64_t step = LabelStep(range.lower, range.upper, pixels, pitch_);
-    for (int64_t element : LabelledElements(range.lower, range.upper, step, labels_.size())) {
+    for (int64_t element : LabelledElements(range.lower, range.upper, step, labels_.size(), anchors_)) {
         ticks.push_back(static_cast<double>(element));
         if (!tickLabels) continue;
         const QString& label = labels_[static_cast<qsizetype>(element)];

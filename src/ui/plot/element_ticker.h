@@ -4,6 +4,7 @@
 
 #include <QString>
 #include <QVector>
+#include <vector>
 #include <qcustomplot.h>
 
 namespace ui {
@@ -13,8 +14,13 @@ public:
     // `axis` is asked for its pixel width at each layout.
     explicit ElementTicker(const QCPAxis* axis) : axis_(axis) {}
 
-    void SetLabels(QVector<QString> labels) { labels_ = std::move(labels); }
+    // `anchors` (ascending) are labelled before the others.
+    void SetLabels(QVector<QString> labels, std::vector<int64_t> anchors = {}) {
+        labels_ = std::move(labels);
+        anchors_ = std::move(anchors);
+    }
     const QVector<QString>& Labels() const { return labels_; }
+    const std::vector<int64_t>& Anchors() const { return anchors_; }
     // Pixels one label needs along the axis (its text height when the labels
     // stand upright).
     void SetPitch(double pixels) { pitch_ = pixels; }
@@ -29,6 +35,7 @@ public:
 private:
     const QCPAxis* axis_;
     QVector<QString> labels_;
+    std::vector<int64_t> anchors_;
     double pitch_ = 14.0;
 };
 

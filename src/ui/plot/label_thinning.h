@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <vector>
 
 namespace ui {
@@ -13,8 +14,11 @@ namespace ui {
 // labels at most one element.
 int64_t LabelStep(double from, double to, double axisPixels, double pitchPixels);
 
-// The labelled elements: multiples of `step` within [from, to] and within
-// 0 .. count - 1.
-std::vector<int64_t> LabelledElements(double from, double to, int64_t step, int64_t count);
+// The labelled elements within [from, to] and within 0 .. count - 1, in
+// ascending order: first the `anchors` (ascending), each at least `step` from
+// the anchor kept before it; then the multiples of `step` that lie at least
+// `step` from every kept anchor.
+std::vector<int64_t> LabelledElements(double from, double to, int64_t step, int64_t count,
+                                      std::span<const int64_t> anchors = {});
 
 }  // namespace ui

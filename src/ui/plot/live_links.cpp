@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "vire/completion_codes.h"
 #include "vire/formats.h"
 #include "vire/wire.h"
 
@@ -62,51 +61,59 @@ bool LiveLinks::Detach(int32_t link) {
     if (!entry) return false;
     if (entry->transport) entry->transport->Unsubscribe(entry->subscription);
     links_.Remove(link);
-    delivered_.erase(link);
+    // A link gone in the middle of a round no longer counts towards it.
+    std::erase(delivered_, link);
     return true;
 }
 
 void LiveLinks::DetachAll() {
     while (!links_.empty()) Detach(links_.begin()->first);
     delivered_.clear();
-    roundStatus_ = 0;
+}
+
+vire::Status LiveLinks::Decode(const vire::LinkData& data, int32_t count, std::vector<float>& values) {
+    // `values` is only written once the delivery is known to be good.
+    if (data.status != 0) return data.status;
+    // Only whole 32-bit floats that were asked for are taken.
+    const size_t delivered = static_cast<size_t>(std::max<int32_t>(data.count, 0));
+    if (vire::CanonicalFormat(data.format) != vire::kFormatSingle || delivered > static_cast<size_t>(count) ||
+        data.bytes.size() < delivered * sizeof(float))
+        return vire::kFormatMismatch;
+    values.resize(delivered);
+    const std::span<const std::byte> bytes(data.bytes);
+    for (size_t i = 0; i < delivered; ++i) values[i] = vire::LoadFloat(bytes, 4 * i);
+    return 0;
 }
 
 void LiveLinks::Deliver(int32_t link, const vire::LinkData& data) {
-    Link* found = links_.Find(link);
-    if (!found) return;
-    Link& entry = *found;
-    vire::Status status = data.status;
-    if (status == 0) {
-        // Only whole 32-bit floats that were asked for are taken; anything
-        // else is a reading the plot cannot use.
-        const size_t delivered = static_cast<size_t>(std::max<int32_t>(data.count, 0));
-        if (vire::CanonicalFormat(data.format) != vire::kFormatSingle ||
-            delivered > static_cast<size_t>(entry.count) || data.bytes.size() < delivered * sizeof(float)) {
-            status = vire::kFormatMismatch;
-        } else {
-            entry.values.resize(delivered);
-            const std::span<const std::byte> bytes(data.bytes);
-            for (size_t i = 0; i < delivered; ++i) entry.values[i] = vire::LoadFloat(bytes, 4 * i);
-        }
-    }
-    entry.lastStatus = status;
-
-    // The round handler may detach links or even end the plot that holds us.
-    const std::shared_ptr<bool> alive = alive_;
-    if (delivered_.count(link)) {
+    if (!links_.Find(link)) return;
+    // A second delivery before the others ends the round it belongs to
+    // first, with the statuses and values of that round.
+    if (std::find(delivered_.begin(), delivered_.end(), link) != delivered_.end()) {
+        const std::shared_ptr<bool> alive = alive_;
         EndRound(link);
+        // The round handler may detach links or even end the plot that holds us.
         if (!*alive || !links_.Find(link)) return;
     }
-    delivered_.insert(link);
-    if (status != 0 && roundStatus_ == 0) roundStatus_ = status;
+    Link& entry = *links_.Find(link);
+    entry.lastStatus = Decode(data, entry.count, entry.values);
+    delivered_.push_back(link);
     if (delivered_.size() >= links_.size()) EndRound(link);
 }
 
+vire::Status LiveLinks::RoundStatus() const {
+    vire::Status first = 0;
+    for (int32_t link : delivered_) {
+        const vire::Status status = LastStatus(link);
+        if (status == 0) return 0;
+        if (first == 0) first = status;
+    }
+    return first;
+}
+
 void LiveLinks::EndRound(int32_t link) {
-    const vire::Status status = roundStatus_;
+    const vire::Status status = RoundStatus();
     delivered_.clear();
-    roundStatus_ = 0;
     ++rounds_;
     // The handler may detach or attach links (even this one); nothing of the
     // round's state is used after it returns.
@@ -130,7 +137,7 @@ int32_t LiveLinks::Read(int32_t link, std::span<float> target) const {
 
 vire::Status LiveLinks::LastStatus(int32_t link) const {
     const Link* entry = links_.Find(link);
-    return entry ? entry->lastStatus : vire::Status{0};
+    return entry ? entry->lastStatus : kUnknownLink;
 }
 
 }  // namespace ui

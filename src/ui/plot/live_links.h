@@ -4,21 +4,25 @@
 // link number. Each delivery keeps the link's last good values for reading.
 // Deliveries are gathered into rounds: when every attached link has delivered
 // since the last round (or one delivers a second time before the others, so a
-// silent link cannot hold the plot back), the owner is told once, with the
-// first failure's completion code of the round (0 when all succeeded). A
-// spectrum read in four parts is thus redrawn once per interval, not four
-// times.
+// silent link cannot hold the plot back), the owner is told once. A spectrum
+// read in four parts is thus redrawn once per interval, not four times.
+//
+// The round's completion code is non-zero only when every link heard in the
+// round failed (it is then the code of the first failure in delivery order):
+// one dead server must not silence the healthy links of the same plot. Each
+// link's own state is its last completion code (LastStatus), and a failed
+// delivery leaves its last good values in place.
 #pragma once
 
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <set>
 #include <span>
 #include <string>
 #include <vector>
 
 #include "ui/plot/handle_table.h"
+#include "vire/completion_codes.h"
 #include "vire/transport.h"
 
 namespace ui {
@@ -35,7 +39,7 @@ struct LinkParameters {
 
 class LiveLinks {
 public:
-    // onRound(link that completed the round, completion code or 0).
+    // onRound(link that completed the round, the round's completion code).
     using RoundHandler = std::function<void(int32_t link, vire::Status status)>;
 
     explicit LiveLinks(RoundHandler onRound);
@@ -62,8 +66,11 @@ public:
     int32_t Read(int32_t link, std::span<float> target) const;
 
     int32_t Count() const { return static_cast<int32_t>(links_.size()); }
-    // Completion code of a link's last delivery (0 before any).
+    // Completion code of a link's last delivery: 0 when it was good,
+    // vire::kNoData before the link has delivered at all, kUnknownLink for a
+    // link number that names no running link.
     vire::Status LastStatus(int32_t link) const;
+    static constexpr vire::Status kUnknownLink = -1;
     std::string FullDeviceName() const;
     // Rounds completed so far.
     int32_t Rounds() const { return rounds_; }
@@ -74,16 +81,19 @@ private:
         vire::SubscriptionId subscription = -1;
         int32_t count = 0;
         std::vector<float> values;    // last good delivery (may be shorter than count)
-        vire::Status lastStatus = 0;
+        vire::Status lastStatus = vire::kNoData;
     };
 
     void Deliver(int32_t link, const vire::LinkData& data);
+    // Decodes a good delivery into `values` (untouched otherwise); its
+    // completion code (a reading the plot cannot use is kFormatMismatch).
+    static vire::Status Decode(const vire::LinkData& data, int32_t count, std::vector<float>& values);
     void EndRound(int32_t link);
+    vire::Status RoundStatus() const;
 
     RoundHandler onRound_;
     HandleTable<Link> links_;
-    std::set<int32_t> delivered_;      // links heard from in the current round
-    vire::Status roundStatus_ = 0;
+    std::vector<int32_t> delivered_;   // links heard from in the current round, in order
     int32_t rounds_ = 0;
     // Shared with the subscriptions' callbacks: a delivery queued behind our
     // end finds it false and does nothing.

@@ -42,6 +42,12 @@ void PlexPlot::OnZoomDragged(double x0, double x1, double y0, double y1) {
     emit ZoomEvent(l.xMin, l.xMax, l.yMin, l.yMax);
 }
 
+bool PlexPlot::ResetZoom() {
+    if (!zoomed_) return false;
+    zoomed_ = false;
+    return true;
+}
+
 bool PlexPlot::UnZoom() {
     if (!zoomed_) return false;
     zoomed_ = false;
@@ -118,16 +124,17 @@ void PlexPlot::OnRound(int32_t link, vire::Status status) {
     emit DataReceive(link, status);
 }
 
-void PlexPlot::Clear() {
+void PlexPlot::Clear(bool keepMarks) {
     links_.DetachAll();
     model_.traces.Clear();
     model_.texts.Clear();
-    model_.marks.Clear();
+    if (!keepMarks) model_.marks.Clear();
     model_.reference.clear();
     model_.hoverLabel.clear();
     zoomed_ = false;
     pointCounter_ = 0;
     LabelsChanged();
+    LegendChanged();
 }
 
 }  // namespace ui

@@ -6,6 +6,13 @@
 // never reused, so a stale handle finds nothing). The plot also holds live
 // links to the middleware and raises DataReceive when a round of them has
 // delivered. All calls and signals run on the UI thread.
+//
+// A failing link does not silence the others: the round's error flag is
+// non-zero only when every link heard in the round failed (then it is the
+// code of the first failure), so a handler that drops events with an error
+// drops only rounds that brought nothing new. A handler shows each link's
+// own state from LinkStatus; ReadLinkData of a failing link still gives its
+// last good values.
 #pragma once
 
 #include <QPoint>
@@ -49,6 +56,17 @@ public:
     void RemoveAllTraces();
     // Shows or hides a trace; false for an unknown handle.
     bool ShowTrace(int32_t trace, bool visible);
+    // Elements whose labels the axis shows before any other, e.g. the first
+    // element of each part of a spectrum read in parts: labelled whenever
+    // they are in view and a label's room from an earlier anchor; the other
+    // labels are thinned around them. Replaces the trace's anchors; elements
+    // outside the trace are ignored. False for an unknown handle.
+    bool SetLabelAnchors(int32_t trace, std::vector<int32_t> elements);
+    // Names a trace in the legend, a row between caption and plot area that
+    // lists the visible named traces in their colours (in the order they were
+    // made). Empty takes the trace out; no named trace, no legend row. False
+    // for an unknown handle.
+    bool SetTraceName(int32_t trace, const std::string& name);
     // Takes the first `count` values as the plot's reference data, which
     // relative traces are shown against; `trace` must name a trace. The data
     // outlive that trace (until Clear).
@@ -103,7 +121,10 @@ public:
     int16_t AxisMode() const { return model_.axisMode; }
     // Lets each flagged limit (non-zero) follow the data of the visible traces.
     void AutoScale(int16_t xMinFlag, int16_t xMaxFlag, int16_t yMinFlag, int16_t yMaxFlag);
-    // x as Unix seconds with date/time ticks.
+    // x as Unix seconds with date/time ticks. A time axis shows a margin of
+    // kTimeAxisMargin (3 %) of the span right of XMax, so that the newest
+    // point of a trend (at the present, where XMax follows it) stands clear
+    // of the frame; XMax still reads as set.
     void SetTimeAxis(bool on);
     bool TimeAxis() const { return model_.timeAxis; }  // x shown as date/time
     // The 24-character date/time text of an x position ("" for none).
@@ -115,6 +136,9 @@ public:
     bool IsZoomed() const { return zoomed_; }
     // Back to the limits before the first zoom, raising ZoomEvent; false when not zoomed.
     bool UnZoom();
+    // Ends the zoom state silently: no ZoomEvent, the limits stay as they are
+    // (for code that has just set the limits itself); false when not zoomed.
+    bool ResetZoom();
     // On while the plot shows a past time window: time ticks carry the date.
     void SetHistoryDisplay(bool on);
     bool HistoryDisplay() const { return model_.historyDisplay; }  // showing a past window
@@ -170,14 +194,21 @@ public:
     // Stops every link.
     void DetachAll();
     int32_t LinkCount() const { return links_.Count(); }  // links running
-    // The values last received on a link: its first value, or as many as the
-    // target holds (returns how many). Nothing is written before a good delivery.
+    // The values of a link's last good delivery: its first value, or as many
+    // as the target holds (returns how many). A failed delivery leaves the
+    // last good values; nothing is written before the first good one.
     bool ReadLinkData(int32_t link, float& value) const;
     int32_t ReadLinkData(int32_t link, std::span<float> target) const;
+    // Completion code of a link's last delivery: 0 = good, vire::kNoData
+    // (36) before its first delivery, kUnknownLink (-1) for a number that
+    // names no running link (never attached, detached, cleared).
+    vire::Status LinkStatus(int32_t link) const { return links_.LastStatus(link); }
+    static constexpr vire::Status kUnknownLink = LiveLinks::kUnknownLink;
 
-    // Removes traces, texts, marks, reference data and links; ends the zoom
-    // and restarts the point counter. Limits, labels and caption stay.
-    void Clear();
+    // Removes traces, texts, marks (unless `keepMarks`), reference data and
+    // links; ends the zoom silently and restarts the point counter. Limits,
+    // axis titles and caption stay.
+    void Clear(bool keepMarks = false);
 
     // What the plot shows (read-only).
     const PlotModel& Model() const { return model_; }
@@ -185,8 +216,10 @@ public:
     PlotCanvas* Canvas() const { return canvas_; }
 
 signals:
-    // A round of the live links has delivered; error = completion code of
-    // the first failed link of the round, 0 when all succeeded.
+    // A round of the live links has delivered. `link` is the link that
+    // completed it; `error` is 0 when at least one link of the round
+    // delivered good data, else the first failure's completion code.
+    // PointCounter is already advanced for this round.
     void DataReceive(int32_t link, int16_t error);
     // The user zoomed (or unzoomed): the new ranges.
     void ZoomEvent(double newStart, double newEnd, double newYMin, double newYMax);
@@ -200,6 +233,7 @@ signals:
 private:
     void LimitsChanged();
     void LabelsChanged();
+    void LegendChanged();
     void OnZoomDragged(double x0, double x1, double y0, double y1);
     void OnMouseMoved(double x, double y);
     void OnRound(int32_t link, vire::Status status);

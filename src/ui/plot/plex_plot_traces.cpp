@@ -70,9 +70,10 @@ bool PlexPlot::UpdateTrace(int32_t handle, std::span<const float> values, int32_
 bool PlexPlot::DeleteTrace(int32_t handle) {
     const Trace* trace = FindTrace(handle);
     if (!trace) return false;
-    const bool labelled = !trace->labels.empty();
+    const bool labelled = !trace->labels.empty(), named = !trace->name.empty();
     model_.traces.Remove(handle);
     if (labelled) LabelsChanged();
+    if (named) LegendChanged();
     canvas_->update();
     return true;
 }
@@ -80,6 +81,7 @@ bool PlexPlot::DeleteTrace(int32_t handle) {
 void PlexPlot::RemoveAllTraces() {
     model_.traces.Clear();
     LabelsChanged();
+    LegendChanged();
 }
 
 bool PlexPlot::ShowTrace(int32_t handle, bool visible) {
@@ -88,7 +90,29 @@ bool PlexPlot::ShowTrace(int32_t handle, bool visible) {
     if (trace->visible == visible) return true;
     trace->visible = visible;
     if (!trace->labels.empty()) LabelsChanged();
+    if (!trace->name.empty()) LegendChanged();
     canvas_->update();
+    return true;
+}
+
+bool PlexPlot::SetLabelAnchors(int32_t handle, std::vector<int32_t> elements) {
+    Trace* trace = FindTrace(handle);
+    if (!trace) return false;
+    std::sort(elements.begin(), elements.end());
+    trace->labelAnchors.clear();
+    for (int32_t element : elements)
+        if (element >= 0 && static_cast<size_t>(element) < trace->labels.size() &&
+            (trace->labelAnchors.empty() || trace->labelAnchors.back() != element))
+            trace->labelAnchors.push_back(element);
+    LabelsChanged();
+    return true;
+}
+
+bool PlexPlot::SetTraceName(int32_t handle, const std::string& name) {
+    Trace* trace = FindTrace(handle);
+    if (!trace) return false;
+    trace->name = name;
+    LegendChanged();
     return true;
 }
 
@@ -204,9 +228,18 @@ void PlexPlot::LabelsChanged() {
         if (!trace.visible || trace.labels.empty()) continue;
         labels.reserve(static_cast<qsizetype>(trace.labels.size()));
         for (const std::string& label : trace.labels) labels.push_back(QString::fromStdString(label));
-        break;
+        canvas_->SetElementLabels(std::move(labels), trace.labelAnchors);
+        return;
     }
-    canvas_->SetElementLabels(std::move(labels));
+    canvas_->SetElementLabels({});
+}
+
+void PlexPlot::LegendChanged() {
+    QVector<PlotCanvas::LegendEntry> entries;
+    for (const auto& [handle, trace] : model_.traces)
+        if (trace.visible && !trace.name.empty())
+            entries.push_back({QString::fromStdString(trace.name), ToQColor(trace.colour)});
+    canvas_->SetLegend(std::move(entries));
 }
 
 }  // namespace ui

@@ -61,14 +61,16 @@ void PlotCanvas::InvalidateFrame() {
 
 void PlotCanvas::ApplyLimits() {
     const AxisLimits& l = model_.limits;
-    xAxis->setRange(Normalised(l.xMin, l.xMax));
+    QCPRange x = Normalised(l.xMin, l.xMax);
+    if (timeAxis_) x.upper += x.size() * kTimeAxisMargin;
+    xAxis->setRange(x);
     yAxis->setRange(Normalised(l.yMin, l.yMax));
     InvalidateFrame();
 }
 
-void PlotCanvas::SetElementLabels(QVector<QString> labels) {
+void PlotCanvas::SetElementLabels(QVector<QString> labels, std::vector<int64_t> anchors) {
     const bool labelled = !labels.isEmpty();
-    elementTicker_->SetLabels(std::move(labels));
+    elementTicker_->SetLabels(std::move(labels), std::move(anchors));
     if (!timeAxis_) {
         xAxis->setTicker(labelled ? QSharedPointer<QCPAxisTicker>(elementTicker_) : numberTicker_);
         // Upright labels: one text height per label instead of one text width.
@@ -83,9 +85,52 @@ void PlotCanvas::SetTimeAxis(bool on) {
         xAxis->setTicker(timeTicker_);
         xAxis->setTickLabelRotation(0.0);
     } else {
-        SetElementLabels(elementTicker_->Labels());
+        SetElementLabels(elementTicker_->Labels(), elementTicker_->Anchors());
     }
+    ApplyLimits();
+}
+
+void PlotCanvas::SetLegend(QVector<LegendEntry> entries) {
+    if (entries.isEmpty() && legend_.isEmpty()) return;
+    legend_ = std::move(entries);
+    if (legend_.isEmpty() && legendRow_) {
+        plotLayout()->remove(legendRow_);
+        plotLayout()->simplify();
+        legendRow_ = nullptr;
+    } else if (!legend_.isEmpty() && !legendRow_) {
+        // A row of its own between caption and plot area: the legend never
+        // covers a trace.
+        const int height = QFontMetrics(font()).height() + 4;
+        legendRow_ = new QCPLayoutElement(this);
+        legendRow_->setMinimumSize(0, height);
+        legendRow_->setMaximumSize(QWIDGETSIZE_MAX, height);
+        const int axisRow = plotLayout()->rowCount() - 1;
+        plotLayout()->insertRow(axisRow);
+        plotLayout()->addElement(axisRow, 0, legendRow_);
+    }
+    layoutStale_ = true;
     InvalidateFrame();
+}
+
+QRect PlotCanvas::LegendArea() const { return legendRow_ ? legendRow_->rect() : QRect(); }
+
+void PlotCanvas::DrawLegend(QPainter& painter) {
+    if (!legendRow_) return;
+    const QRect row = legendRow_->rect();
+    const QFontMetrics metrics(font());
+    painter.setClipRect(row);
+    int x = PlotArea().left();
+    const int middle = row.center().y();
+    for (const LegendEntry& entry : legend_) {
+        if (x >= row.right()) break;
+        painter.setPen(QPen(entry.colour, 2));
+        painter.drawLine(x, middle, x + 14, middle);
+        x += 18;
+        painter.setPen(entry.colour);
+        painter.drawText(QPoint(x, middle + metrics.ascent() / 2 - 1), entry.name);
+        x += metrics.horizontalAdvance(entry.name) + 14;
+    }
+    painter.setClipping(false);
 }
 
 void PlotCanvas::SetCaption(const QString& caption) {
@@ -152,6 +197,7 @@ void PlotCanvas::RenderFrame() {
     if (layoutStale_) LayOut();
     QCPPainter painter(&frame_);
     draw(&painter);
+    DrawLegend(painter);
     frameDirty_ = false;
     ++frameRenders_;
 }
@@ -344,11 +390,12 @@ void PlotCanvas::mouseReleaseEvent(QMouseEvent* event) {
         return;
     }
     const QPointF a = ToAxis(pressAt_), b = ToAxis(dragTo_);
-    // A sweep along one axis zooms that axis only.
+    // A sweep along one axis zooms that axis only; the other keeps its
+    // limits exactly as set (not as shown, which may carry a margin).
     const bool zoomX = moved.x() >= kDragPixels, zoomY = std::abs(moved.y()) >= kDragPixels;
-    const QCPRange x = xAxis->range(), y = yAxis->range();
-    emit ZoomDragged(zoomX ? a.x() : x.lower, zoomX ? b.x() : x.upper, zoomY ? a.y() : y.lower,
-                     zoomY ? b.y() : y.upper);
+    const AxisLimits& l = model_.limits;
+    emit ZoomDragged(zoomX ? a.x() : std::min(l.xMin, l.xMax), zoomX ? b.x() : std::max(l.xMin, l.xMax),
+                     zoomY ? a.y() : std::min(l.yMin, l.yMax), zoomY ? b.y() : std::max(l.yMin, l.yMax));
 }
 
 void PlotCanvas::mouseDoubleClickEvent(QMouseEvent* event) {

@@ -32,8 +32,17 @@ public:
     // Puts the model's limits on the axes: swapped where minimum > maximum,
     // widened where both are equal (an axis needs a span).
     void ApplyLimits();
-    // Element labels of the x axis; none gives plain numbers.
-    void SetElementLabels(QVector<QString> labels);
+    // Element labels of the x axis, `anchors` (ascending) labelled first;
+    // no labels gives plain numbers.
+    void SetElementLabels(QVector<QString> labels, std::vector<int64_t> anchors = {});
+    struct LegendEntry {
+        QString name;
+        QColor colour;
+    };
+    // The legend row above the plot area; no entries, no row.
+    void SetLegend(QVector<LegendEntry> entries);
+    // The legend row in widget pixels (empty when there is none).
+    QRect LegendArea() const;
     // Date/time ticks on the x axis (Unix seconds) instead of numbers or labels.
     void SetTimeAxis(bool on);
     // Caption above the plot area; empty removes it.
@@ -71,6 +80,7 @@ protected:
 
 private:
     void RenderFrame();
+    void DrawLegend(QPainter& painter);
     PixelMapping Mapping(const Trace& trace, const QRect& area) const;
     void DrawTraces(QPainter& painter, const QRect& area);
     void DrawTrace(QPainter& painter, const Trace& trace, const QRect& area);
@@ -89,6 +99,8 @@ private:
     QSharedPointer<QCPAxisTickerDateTime> timeTicker_;
     bool timeAxis_ = false;
     QCPTextElement* caption_ = nullptr;
+    QCPLayoutElement* legendRow_ = nullptr;  // room for the legend, drawn into the frame
+    QVector<LegendEntry> legend_;
     std::vector<QPointF> shape_;  // reused between paints
 
     bool pressing_ = false;

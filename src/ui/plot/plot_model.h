@@ -24,10 +24,15 @@ inline constexpr int16_t kSymbolCross = 2;
 // Axis mode in which all traces share the plot's vertical scale.
 inline constexpr int16_t kAxisModeCommonScale = 25;
 
+// Room a time axis leaves right of its maximum, as a share of its span.
+inline constexpr double kTimeAxisMargin = 0.03;
+
 struct Trace {
     std::vector<float> values;
     std::vector<double> xs;            // empty: point i lies at x = i
     std::vector<std::string> labels;   // element labels, one per point (may be fewer)
+    std::vector<int64_t> labelAnchors; // elements labelled first, ascending
+    std::string name;                  // legend text; empty: not in the legend
     Colour colour = kBlack;
     int32_t style = kTraceStyleNormal;
     int16_t lineWidth = 1;

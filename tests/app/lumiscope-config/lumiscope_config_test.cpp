@@ -147,6 +147,24 @@ TEST(LumiscopeConfig, GarbageStaysValidJson) {
     EXPECT_EQ(list.last().toObject()["Description"].toString(), QString::fromUtf8("caf\xc3\xa9 \xc3\xa9\x01"));
 }
 
+TEST(LumiscopeConfig, AbsurdSizesEndTheReaderWithItsLineAndNothingAborts) {
+    ScratchDir dir;
+    const std::string file = dir.Write("huge.csv", Lines({"CONTEXT,SERVER,PROPERTY,SIZE,DESCRIPTION,HIGH",
+                                                           "ORKA,S/D,P,4,Fine,", "ORKA,S/D,P,2000000000,Huge,D[T]"}));
+    const ToolRun run = Tool({"channels", file});
+    EXPECT_EQ(run.exitCode, 1);
+    const QJsonObject doc = run.Json().array()[0].toObject();
+    EXPECT_EQ(doc["result"].toInt(), 6);
+    EXPECT_EQ(doc["SpectrumList"].toArray().size(), 1);
+    const ToolRun said = test_support::RunTool(LUMISCOPE_CONFIG_TOOL, {"channels", file}, {}, true);
+    EXPECT_NE(said.out.find("huge.csv:3: SIZE 2000000000 outside 0..8000"), std::string::npos) << said.out;
+    std::filesystem::copy(kSample, dir.Path("configs"), std::filesystem::copy_options::recursive);
+    std::filesystem::copy_file(file, dir.Path("configs/KALM_BPM.csv"), std::filesystem::copy_options::overwrite_existing);
+    const ToolRun check = Tool({"check", dir.Path("configs")});
+    EXPECT_EQ(check.exitCode, 1);
+    EXPECT_NE(check.out.find("KALM_BPM.csv:3: data-source file not read: SIZE 2000000000"), std::string::npos) << check.out;
+}
+
 TEST(LumiscopeConfig, CheckPassesTheSampleAndFailsABrokenCopy) {
     const ToolRun good = Tool({"check", kSample});
     EXPECT_EQ(good.exitCode, 0) << good.out;
@@ -164,7 +182,7 @@ TEST(LumiscopeConfig, CheckPassesTheSampleAndFailsABrokenCopy) {
 TEST(LumiscopeConfig, UsageErrorsExitWithTwo) {
     const std::vector<std::vector<std::string>> cases = {
         {}, {"bogus"}, {"machines"}, {"thresholds", "x.csv"}, {"thresholds", "x.csv", "--size", "0"},
-        {"thresholds", "x.csv", "--size", "12x"}, {"subsystems", "dir"},
+        {"thresholds", "x.csv", "--size", "12x"}, {"thresholds", "x.csv", "--size", "8001"}, {"subsystems", "dir"},
     };
     for (const auto& args : cases) EXPECT_EQ(Tool(args).exitCode, 2) << (args.empty() ? "" : args[0]);
 }

@@ -19,7 +19,7 @@ TEST(Axes, LimitsAreKeptAsSetAndTheAxisShowsThemInOrder) {
     const double nan = std::nan(""), inf = std::numeric_limits<double>::infinity();
     struct Case {
         const char* name;
-        std::vector<std::pair<char, double>> sets;  // 'X' max, 'x' min
+        std::vector<std::pair<char, double>> sets;  // 'X' max, 'x' min, 'T' time axis on/off
         double xMin, xMax, shownLower, shownUpper;
     };
     const Case cases[] = {
@@ -30,10 +30,13 @@ TEST(Axes, LimitsAreKeptAsSetAndTheAxisShowsThemInOrder) {
          1.7e9 - 600, 1.7e9, 1.7e9 - 600, 1.7e9},
         {"NaN and infinity ignored", {{'x', 1}, {'X', 2}, {'X', nan}, {'x', inf}, {'x', -inf}}, 1, 2, 1, 2},
         {"equal limits: the axis still has a span", {{'x', 3}, {'X', 3}}, 3, 3, 2.5, 3.5},
+        {"time axis: room right of the newest point", {{'x', 1000}, {'X', 1600}, {'T', 1}}, 1000, 1600, 1000, 1618},
+        {"time axis on before the limits", {{'T', 1}, {'X', 1600}, {'x', 1000}}, 1000, 1600, 1000, 1618},
+        {"time axis off again", {{'x', 1000}, {'X', 1600}, {'T', 1}, {'T', 0}}, 1000, 1600, 1000, 1600},
     };
     for (const Case& c : cases) {
         PlexPlot plot;
-        for (auto [which, v] : c.sets) which == 'X' ? plot.SetXMax(v) : plot.SetXMin(v);
+        for (auto [which, v] : c.sets) which == 'X' ? plot.SetXMax(v) : which == 'x' ? plot.SetXMin(v) : plot.SetTimeAxis(v);
         const QCPRange shown = plot.Canvas()->xAxis->range();
         EXPECT_EQ((std::array<double, 4>{plot.XMin(), plot.XMax(), shown.lower, shown.upper}),
                   (std::array<double, 4>{c.xMin, c.xMax, c.shownLower, c.shownUpper})) << c.name;
@@ -64,6 +67,7 @@ TEST(Axes, AutoScaleMovesOnlyTheFlaggedLimitsToTheValuesAsDrawn) {
         {"y over the points within x only", data, false, {1.5, 3.5, 0, 1}, {0, 0, 1, 1}, {1.5, 3.5, 14.75, 20.25}},
         {"x first, then y within the new x", data, false, {1.5, 3.5, 0, 1}, {1, 1, 1, 1}, {0, 4, 9, 31}},
         {"flat data: 0.5 either side", {7, 7, 7}, false, wide, {0, 0, 1, 1}, {-100, 100, 6.5, 7.5}},
+        {"a span below 1: still 5 % of it", {0, 0.5}, false, wide, {0, 0, 1, 1}, {-100, 100, -0.025, 0.525}},
         {"flat large data: 5 % of the value", {100, 100}, false, wide, {0, 0, 1, 1}, {-100, 100, 95, 105}},
         {"relative: against the reference", {14, 24}, true, wide, {0, 0, 1, 1}, {-100, 100, 9.5, 20.5}},
         {"NaN and infinity ignored", {nan, 10, inf, 20}, false, wide, {0, 0, 1, 1}, {-100, 100, 9.5, 20.5}},
@@ -152,6 +156,23 @@ TEST(Axes, TrendPointsGoAtTheClocksTimeAndTheOldestLeave) {
     EXPECT_EQ(values, (std::vector<float>{5, 6, 7}));
     plot.SetTrendCapacity(0);
     EXPECT_EQ(plot.TrendCapacity(), 1);
+}
+
+TEST(Axes, ATrendTraceKeepsTheNewestPointsUpToItsCapacity) {
+    const std::pair<int32_t, int> cases[] = {{3, 2}, {3, 3}, {3, 4}, {3, 5}, {3, 6}, {4, 8}, {4, 9}, {1, 2}, {2000, 2002}};
+    for (const auto& [capacity, appends] : cases) {
+        PlexPlot plot;
+        plot.SetTrendCapacity(capacity);
+        const int32_t t = plot.CreateTraceXY(0, {}, std::vector<float>{});
+        std::vector<double> expected;
+        for (int i = 0; i < appends; ++i) plot.AppendPoint(t, static_cast<float>(i), i, 0);
+        for (int i = std::max(0, appends - capacity); i < appends; ++i) expected.push_back(i);
+        std::vector<float> values;
+        std::vector<double> xs;
+        plot.ReadTracePoints(t, values, xs);
+        EXPECT_EQ(xs, expected) << capacity << " after " << appends;
+        EXPECT_EQ(std::vector<double>(values.begin(), values.end()), expected) << capacity << " after " << appends;
+    }
 }
 
 }  // namespace

@@ -131,4 +131,32 @@ TEST_F(DrawingTest, TextsMarksAndACursorAtAbsurdPositionsAreDrawnNowhere) {
     EXPECT_EQ(plot.Canvas()->grab().toImage(), before);
 }
 
+TEST_F(DrawingTest, NamedVisibleTracesAreListedInARowOfTheirOwnAboveThePlotArea) {
+    const QRect bare = plot.Canvas()->PlotArea();
+    const int32_t green = Flat(50, kGreen), blue = Flat(60, kBlue);
+    // Which colours the legend row shows (none when there is no row).
+    auto legend = [&] {
+        const QImage image = plot.Canvas()->grab().toImage();
+        const QRect row = plot.Canvas()->LegendArea();
+        bool seen[2] = {false, false};
+        for (int y = row.top(); y <= row.bottom(); ++y)
+            for (int x = row.left(); x <= row.right(); ++x) {
+                seen[0] |= image.pixelColor(x, y) == ui::ToQColor(kGreen);
+                seen[1] |= image.pixelColor(x, y) == ui::ToQColor(kBlue);
+            }
+        EXPECT_TRUE(row.isEmpty() || row.bottom() < plot.Canvas()->PlotArea().top());
+        return std::string(seen[0] ? "green" : "") + (seen[1] ? "blue" : "");
+    };
+    EXPECT_EQ(legend(), "");
+    EXPECT_TRUE(plot.SetTraceName(green, "BPM01") && plot.SetTraceName(blue, "BPM02"));
+    EXPECT_EQ(legend(), "greenblue");
+    EXPECT_LT(plot.Canvas()->PlotArea().height(), bare.height());
+    plot.ShowTrace(blue, false);
+    EXPECT_EQ(legend(), "green");
+    plot.SetTraceName(green, "");
+    EXPECT_EQ(legend(), "");
+    EXPECT_EQ(plot.Canvas()->PlotArea(), bare);
+    EXPECT_FALSE(plot.SetTraceName(green + 100, "x"));
+}
+
 }  // namespace

@@ -125,6 +125,7 @@ TEST(PlotHandles, NewObjectsTakeTheSettingsInForceWhenMade) {
 
 TEST(PlotHandles, ClearRemovesWhatThePlotHoldsButKeepsItsAxes) {
     plot_test::LiveFixture live;
+    for (bool keepMarks : {false, true}) {
     PlexPlot plot;
     plot.SetXRange(5, 50);
     plot.SetYLabel("mm");
@@ -134,12 +135,14 @@ TEST(PlotHandles, ClearRemovesWhatThePlotHoldsButKeepsItsAxes) {
     plot.DrawText(0, 0, "x");
     plot.AddMark(1);
     ASSERT_GT(plot.Attach(kValues), 0);
-    plot.Clear();
+    plot.Clear(keepMarks);
     const ui::PlotModel& m = plot.Model();
-    EXPECT_TRUE(m.traces.empty() && m.texts.empty() && m.marks.empty() && m.reference.empty());
+    EXPECT_TRUE(m.traces.empty() && m.texts.empty() && m.reference.empty());
+    EXPECT_EQ(m.marks.size(), keepMarks ? 1u : 0u);
     EXPECT_EQ(plot.LinkCount() + live.scheduler.ActiveTimers(), 0u);
     EXPECT_EQ((std::array<double, 2>{plot.XMin(), plot.XMax()}), (std::array<double, 2>{5, 50}));
     EXPECT_EQ(plot.YLabel() + " " + plot.Caption(), "mm Orbit");
+    }
 }
 
 }  // namespace

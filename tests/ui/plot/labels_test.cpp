@@ -34,6 +34,11 @@ TEST(Labels, StepIsTheSmallestOf125ThatKeepsLabelsAPitchApart) {
     EXPECT_EQ(ui::LabelledElements(3.5, 1e9, 5, 17), (std::vector<int64_t>{5, 10, 15}));
     EXPECT_TRUE(ui::LabelledElements(-50, -1, 1, 10).empty());
     EXPECT_TRUE(ui::LabelledElements(0, 10, 0, 10).empty());
+    // Part starts first (one a step from the one before is dropped), the rest a step clear of them.
+    const std::vector<int64_t> starts{0, 37, 42, 81};
+    EXPECT_EQ(ui::LabelledElements(0, 99, 10, 100, starts), (std::vector<int64_t>{0, 10, 20, 37, 50, 60, 70, 81}));
+    EXPECT_EQ(ui::LabelledElements(40, 99, 10, 100, starts), (std::vector<int64_t>{42, 60, 70, 81}));
+    EXPECT_EQ(ui::LabelledElements(0, 30, 10, 31, starts), (std::vector<int64_t>{0, 10, 20, 30}));
 }
 
 struct AxisLabels {
@@ -44,11 +49,12 @@ struct AxisLabels {
 };
 
 // A labelled trace of n elements on a 1200-pixel plot; the labels its x axis shows.
-AxisLabels LabelsOf(ui::PlexPlot& plot, int n, const std::string& prefix) {
+AxisLabels LabelsOf(ui::PlexPlot& plot, int n, const std::string& prefix, std::vector<int32_t> anchors = {}) {
     std::vector<std::string> labels;
     for (int i = 0; i < n; ++i) labels.push_back(prefix + std::to_string(i));
     plot.SetXRange(-0.2, n - 1 + 0.2);
-    plot.CreateTrace(n, std::vector<float>(static_cast<size_t>(n), 1.0f), labels);
+    EXPECT_TRUE(plot.SetLabelAnchors(plot.CreateTrace(n, std::vector<float>(static_cast<size_t>(n), 1.0f), labels),
+                                     std::move(anchors)));
     plot_test::Show(plot, 1200, 500);
     plot.Canvas()->grab();  // lays the frame out with the labels
     QCPAxis* axis = plot.Canvas()->xAxis;
@@ -56,25 +62,28 @@ AxisLabels LabelsOf(ui::PlexPlot& plot, int n, const std::string& prefix) {
             QFontMetrics(axis->tickLabelFont()).height()};
 }
 
-TEST(Labels, TheAxisShowsWhatFitsAt10And500And8000Elements) {
-    for (int n : {10, 500, 8000}) {
+TEST(Labels, TheAxisShowsWhatFitsAt10And500And8000ElementsPartStartsFirst) {
+    // Spectra read in parts name the parts' first elements (never multiples of the step here).
+    const std::pair<int, std::vector<int32_t>> cases[] = {
+        {10, {}}, {500, {}}, {8000, {}}, {500, {0, 167, 333, 499, 600, -1}}, {8000, {0, 2667, 5333, 5339}}};
+    for (const auto& [n, anchors] : cases) {
         ui::PlexPlot plot;
-        const AxisLabels axis = LabelsOf(plot, n, "BPM.S01.C");
+        const AxisLabels axis = LabelsOf(plot, n, "BPM.S01.C", anchors);
         ASSERT_FALSE(axis.ticks.isEmpty()) << n;
         EXPECT_EQ(axis.labels.front(), "BPM.S01.C0") << n;
-        if (n == 10) {
-            EXPECT_EQ(axis.ticks.size(), 10);
-        }
-        // At least a text height apart, and not more than twice what is needed.
+        EXPECT_TRUE(n != 10 || axis.ticks.size() == 10);
+        for (int32_t anchor : anchors)  // only those in the trace, a label's room apart
+            EXPECT_EQ(axis.ticks.contains(anchor), anchor >= 0 && anchor < n && anchor != 5339) << n << " " << anchor;
+        // At least a text height apart, and not more than twice what is needed (beside part starts: four times).
         for (int i = 1; i < axis.ticks.size(); ++i) {
             const double apart = (axis.ticks[i] - axis.ticks[i - 1]) * axis.pixelsPerElement;
             EXPECT_GE(apart, axis.pitch) << n;
-            if (n > 10) {
-                EXPECT_LE(apart, 2.5 * axis.pitch) << n;
-            }
+            EXPECT_LE(apart, (n == 10 ? 1e9 : anchors.empty() ? 2.5 : 5) * axis.pitch) << n;
             EXPECT_EQ(axis.labels[i], QString("BPM.S01.C%1").arg(axis.ticks[i])) << n;
         }
     }
+    ui::PlexPlot plot;
+    EXPECT_FALSE(plot.SetLabelAnchors(7, {0}));
 }
 
 TEST(Labels, LongLabelsAreCutOnTheAxisAndShownWholeUnderTheCursor) {

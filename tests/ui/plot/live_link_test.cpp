@@ -1,10 +1,11 @@
 // Live links of a plot on a fake transport, driven by the test clock: what a
-// link asks for, when data-received is raised and with which error flag, what
-// reading the link data gives, and that links stop.
+// link asks for, when data-received is raised with which error flag, each
+// link's own status, what reading gives, the point counter, and that links stop.
 #include <gtest/gtest.h>
 
 #include <array>
 #include <functional>
+#include <map>
 #include <memory>
 #include <vector>
 
@@ -15,14 +16,15 @@ namespace {
 
 using plot_test::FakeTransport;
 using ui::PlexPlot;
+using Event = std::pair<int32_t, int16_t>;  // link, error
 
 class LiveLinkTest : public ::testing::Test {
 public:  // the cases' lambdas reach in
     LiveLinkTest() { NewPlot(); }
     void NewPlot() {
         plot = std::make_unique<PlexPlot>();
-        QObject::connect(plot.get(), &PlexPlot::DataReceive,
-                         [this](int32_t link, int16_t error) { events.push_back({link, error}); });
+        events.clear();
+        QObject::connect(plot.get(), &PlexPlot::DataReceive, [this](int32_t l, int16_t e) { events.push_back({l, e}); });
     }
     int32_t Attach(const std::string& device, size_t count, int32_t interval = 1000) {
         plot->SetAccessMode("POLL");
@@ -40,18 +42,16 @@ public:  // the cases' lambdas reach in
 
     plot_test::LiveFixture live;
     std::unique_ptr<PlexPlot> plot;
-    std::vector<std::pair<int32_t, int16_t>> events;  // link, error
+    std::vector<Event> events;
 };
 
 TEST_F(LiveLinkTest, AttachAsksForTheBuffersCountOfFloatsOnTheFullDeviceName) {
     const int32_t link = Attach("ORBIT", 32, 500);
     ASSERT_GT(link, 0);
-    ASSERT_EQ(live.transport->subscribed.size(), 1u);
-    const vire::SubscriptionRequest& r = live.transport->subscribed[0];
+    const vire::SubscriptionRequest& r = live.transport->subscribed.at(0);
     EXPECT_EQ(r.fullDeviceName + " " + r.property, "/ORKA/BPMQ1/ORBIT ORBIT.X");
     EXPECT_EQ((std::array<int32_t, 3>{r.format, r.count, r.intervalMs}), (std::array<int32_t, 3>{517, 32, 500}));
     EXPECT_NE(Attach("ORBIT", 1), link);
-
     const std::pair<const char*, std::function<void()>> refused[] = {
         {"access mode other than POLL", [this] { plot->SetAccessMode("READ"); }},
         {"access mode in lower case", [this] { plot->SetAccessMode("poll"); }},
@@ -71,51 +71,98 @@ TEST_F(LiveLinkTest, AttachAsksForTheBuffersCountOfFloatsOnTheFullDeviceName) {
     EXPECT_EQ(plot->LinkCount(), 2 + 6);
 }
 
-TEST_F(LiveLinkTest, ARoundOfLinksRaisesOneEventWithTheFirstFailure) {
+TEST_F(LiveLinkTest, ARoundRaisesOneEventFlaggedOnlyWhenEveryLinkFailed) {
     struct Case {
         const char* name;
-        std::vector<vire::Status> statuses;  // per link
+        std::vector<vire::Status> statuses;  // per link, every round
         int16_t error;
     };
     const Case cases[] = {
         {"one link, good", {0}, 0},
         {"one link, time-out", {vire::kTimeout}, vire::kTimeout},
-        {"four parts, good", {0, 0, 0, 0}, 0},
-        {"four parts, the third down", {0, 0, vire::kLinkError, 0}, vire::kLinkError},
-        {"two failures: the first in the round", {0, vire::kUnknownDevice, vire::kTimeout}, vire::kUnknownDevice},
+        {"four parts, the third down: the others go on", {0, 0, vire::kLinkError, 0}, 0},
+        {"only the last good", {vire::kTimeout, vire::kTimeout, 0}, 0},
+        {"all failed: the first failure", {vire::kUnknownDevice, vire::kTimeout, vire::kLinkError}, vire::kUnknownDevice},
     };
     for (const Case& c : cases) {
-        plot->Clear();
-        events.clear();
+        NewPlot();
         std::vector<int32_t> links;
         for (size_t i = 0; i < c.statuses.size(); ++i) {
             Reading("P" + std::to_string(i)) = {c.statuses[i], {float(i), 2}, 517};
             links.push_back(Attach("P" + std::to_string(i), 2));
+            EXPECT_EQ(plot->LinkStatus(links.back()), vire::kNoData) << c.name;  // nothing delivered yet
         }
         live.scheduler.AdvanceBy(999);
         EXPECT_TRUE(events.empty()) << c.name;
-        live.scheduler.AdvanceBy(1);
-        ASSERT_EQ(events.size(), 1u) << c.name;
-        EXPECT_EQ(events[0], std::make_pair(links.back(), c.error)) << c.name;
-        live.scheduler.AdvanceBy(2000);
-        EXPECT_EQ(events.size(), 3u) << c.name;
-        EXPECT_EQ(plot->PointCounter(), 3) << c.name;
-        for (size_t i = 0; i < links.size(); ++i) {  // the good parts' data are there
+        live.scheduler.AdvanceBy(2001);
+        EXPECT_EQ(events, std::vector<Event>(3, {links.back(), c.error})) << c.name;
+        for (size_t i = 0; i < links.size(); ++i) {  // each link's own state; the good parts' data
             float first = -1;
+            EXPECT_EQ(plot->LinkStatus(links[i]), c.statuses[i]) << c.name << " part " << i;
             EXPECT_EQ(plot->ReadLinkData(links[i], first), c.statuses[i] == 0) << c.name << " part " << i;
             EXPECT_EQ(first, c.statuses[i] == 0 ? float(i) : -1.0f) << c.name << " part " << i;
         }
+        plot->Detach(links[0]);
+        EXPECT_EQ(plot->LinkStatus(links[0]), PlexPlot::kUnknownLink) << c.name;
     }
+    EXPECT_EQ(plot->LinkStatus(-1), PlexPlot::kUnknownLink);
     // A slower link does not hold a faster one back: each delivery of FAST
     // after its first ends the round before it; at 3 s SLOW completes one.
+    // The round a second delivery ends is judged by the statuses of its own.
+    NewPlot();
+    Reading("SLOW") = {vire::kTimeout, {1}, 517};
+    const int32_t fast = Attach("FAST", 1, 1000), slow = Attach("SLOW", 1, 3000);
+    live.scheduler.AdvanceBy(2000);
+    Reading("FAST") = {vire::kLinkError, {1}, 517};
+    live.scheduler.AdvanceBy(1000);
+    EXPECT_EQ(events, (std::vector<Event>{{fast, 0}, {fast, 0}, {slow, vire::kLinkError}}));
+}
+
+TEST_F(LiveLinkTest, ALinkDetachedInTheMiddleOfARoundNoLongerCountsInIt) {
+    struct Case {
+        const char* name;
+        std::vector<vire::Status> statuses;  // of A, B, C
+        std::string detach, when;            // detach `detach` just before `when` is polled
+        Event event;                         // the one event of the first round, as link index and error
+    };
+    const Case cases[] = {
+        {"one heard from: the round waits for the rest", {0, vire::kTimeout, vire::kTimeout}, "A", "B", {2, vire::kTimeout}},
+        {"its failure is not the round's", {vire::kTimeout, 0, 0}, "A", "C", {2, 0}},
+        {"one not yet heard from: the round ends without it", {0, 0, 0}, "C", "B", {1, 0}},
+    };
+    for (const Case& c : cases) {
+        NewPlot();
+        std::map<std::string, int32_t> links;
+        std::vector<int32_t> order;
+        for (const char* name : {"A", "B", "C"}) {
+            Reading(name) = {c.statuses[order.size()], {1}, 517};
+            order.push_back(links[name] = Attach(name, 1));
+        }
+        live.transport->beforePoll = [&](const std::string& device) {
+            if (device == "/ORKA/BPMQ1/" + c.when) plot->Detach(links[c.detach]);
+        };
+        live.scheduler.AdvanceBy(1000);
+        live.transport->beforePoll = nullptr;
+        EXPECT_EQ(events, (std::vector<Event>{{order[size_t(c.event.first)], c.event.second}})) << c.name;
+    }
+}
+
+TEST_F(LiveLinkTest, TheCounterIsAdvancedBeforeTheEventAndRestartsOnClear) {
+    Reading("ORBIT") = {0, {5}, 517};
+    const int32_t trace = plot->CreateTraceXY(0, {}, std::vector<float>{});
+    QObject::connect(plot.get(), &PlexPlot::DataReceive, [&](int32_t link, int16_t) {
+        float v = 0;
+        plot->ReadLinkData(link, v);
+        plot->AppendPoint(trace, v, plot->PointCounter(), 0);
+    });
+    Attach("ORBIT", 1);
+    live.scheduler.AdvanceBy(3000);
+    std::vector<float> values;
+    std::vector<double> xs;
+    plot->ReadTracePoints(trace, values, xs);
+    EXPECT_EQ(xs, (std::vector<double>{1, 2, 3}));
     plot->Clear();
-    events.clear();
-    Attach("FAST", 1, 1000);
-    Attach("SLOW", 1, 3000);
-    live.scheduler.AdvanceBy(2999);
-    EXPECT_EQ(events.size(), 1u);
-    live.scheduler.AdvanceBy(1);
-    EXPECT_EQ(events.size(), 3u);
+    EXPECT_EQ(plot->PointCounter(), 0);
 }
 
 TEST_F(LiveLinkTest, ReadingKeepsTheLastGoodValues) {
@@ -126,7 +173,7 @@ TEST_F(LiveLinkTest, ReadingKeepsTheLastGoodValues) {
     struct Step {
         const char* name;
         FakeTransport::Reading reading;
-        int16_t error;
+        int16_t status;           // the event's flag and the link's status
         std::vector<float> read;  // into a 5-float target of 9s
     };
     const Step steps[] = {
@@ -141,8 +188,8 @@ TEST_F(LiveLinkTest, ReadingKeepsTheLastGoodValues) {
         Reading("ORBIT") = s.reading;
         events.clear();
         live.scheduler.AdvanceBy(1000);
-        ASSERT_EQ(events.size(), 1u) << s.name;
-        EXPECT_EQ(events[0].second, s.error) << s.name;
+        EXPECT_EQ(events, (std::vector<Event>{{link, s.status}})) << s.name;
+        EXPECT_EQ(plot->LinkStatus(link), s.status) << s.name;
         target = {9, 9, 9, 9, 9};
         plot->ReadLinkData(link, target);
         EXPECT_EQ(target, s.read) << s.name;
@@ -177,11 +224,8 @@ TEST_F(LiveLinkTest, LinksStopWhenDetachedClearedOrThePlotGoes) {
         events.clear();
         live.scheduler.AdvanceBy(5000);
         EXPECT_TRUE(events.empty()) << name;
-        EXPECT_EQ(live.transport->ActiveSubscriptions(), 0u) << name;
-        EXPECT_EQ(live.scheduler.ActiveTimers(), 0u) << name;
-        if (plot) {
-            EXPECT_FALSE(plot->Detach(link)) << name;
-        }
+        EXPECT_EQ(live.transport->ActiveSubscriptions() + live.scheduler.ActiveTimers(), 0u) << name;
+        EXPECT_TRUE(!plot || !plot->Detach(link)) << name;
     }
 }
 

@@ -34,6 +34,7 @@ public:
     std::function<vire::Status(const std::string&, const std::string&, vire::DataObject&,
                                const vire::DataObject&, int16_t, int32_t)>
         call;
+    std::function<void(const std::string& device)> beforePoll;  // e.g. to detach a link mid-round
 
     vire::Status Call(const std::string& device, const std::string& property, vire::DataObject& out,
                       const vire::DataObject& in, int16_t access, int32_t timeoutMs) override {
@@ -47,6 +48,7 @@ public:
 
 protected:
     vire::LinkData Poll(const vire::SubscriptionRequest& request) override {
+        if (beforePoll) beforePoll(request.fullDeviceName);
         const Reading& r = readings[request.fullDeviceName + " " + request.property];
         vire::LinkData data;
         data.status = r.status;

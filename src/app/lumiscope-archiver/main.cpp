@@ -1,0 +1,69 @@
+// lumiscope-archiver: the local history servers and the central archivers of
+// a configuration, served from a database that records what the device
+// servers deliver.
+//
+//   lumiscope-archiver --config DIR [--db URI] [--listen ADDR] [--names HOST:PORT]
+//                      [--advertise HOST:PORT] [--lease-ms MS] [--record yes|no]
+//
+// --db is an SQLite file (default: archive.sqlite under the user's data
+// directory) or "postgresql://user@host:port/database". --names defaults to
+// LUMISCOPE_NAMES; the device servers are found through it (or through
+// LUMISCOPE_NAMES_FILE) for the recording.
+#include <iostream>
+
+#include "catalogue/numbers.h"
+#include "net/archive_server.h"
+#include "net/network_transport.h"
+#include "net/program_options.h"
+#include "net/recorder.h"
+#include "net/server_runner.h"
+
+namespace {
+
+int Usage(const std::string& problem) {
+    std::cerr << "lumiscope-archiver: " << problem
+              << "\nusage: lumiscope-archiver --config DIR [--db URI] [--listen ADDR] [--names HOST:PORT]"
+                 " [--advertise HOST:PORT] [--lease-ms MS] [--record yes|no]\n";
+    return 2;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    net::BlockStopSignals();
+    const auto options = net::ParseProgramOptions(
+        argc, argv, {"--config", "--db", "--listen", "--names", "--advertise", "--lease-ms", "--record"});
+    if (!options.problem.empty()) return Usage(options.problem);
+    const std::string config = options.Get("--config");
+    if (config.empty()) return Usage("--config DIR is needed");
+    int64_t leaseMs = 3000;
+    if (!catalogue::ParseInteger(options.Get("--lease-ms", "3000"), 300, 600000, leaseMs))
+        return Usage("--lease-ms must be 300..600000");
+    const std::string record = options.Get("--record", "yes");
+    if (record != "yes" && record != "no") return Usage("--record must be yes or no");
+
+    const std::string uri = options.Get("--db", net::DefaultArchivePath());
+    std::shared_ptr<net::ArchiveStore> store;
+    try {
+        store = std::make_shared<net::ArchiveStore>(net::OpenSqlDatabase(uri));
+    } catch (const net::StoreError& e) {
+        std::cerr << "lumiscope-archiver: " << e.what() << "\n";
+        return 1;
+    }
+    auto accelerator = std::make_shared<sim::SimulatedAccelerator>(config);
+    for (const auto& p : accelerator->model().problems) std::cerr << "lumiscope-archiver: " << p << "\n";
+    net::ArchiveServer server(accelerator, store);
+
+    net::ServerSettings settings;
+    settings.listen = options.Get("--listen", "127.0.0.1:0");
+    settings.namesAddress = options.Get("--names", net::EnvironmentOr("LUMISCOPE_NAMES", ""));
+    settings.advertise = options.Get("--advertise");
+    settings.leaseMs = static_cast<int32_t>(leaseMs);
+
+    auto devices = std::make_shared<net::NetworkTransport>(
+        net::NetworkSettings{settings.namesAddress, net::EnvironmentOr("LUMISCOPE_NAMES_FILE", ""), ""});
+    net::Recorder recorder(accelerator, store, devices);
+    return net::RunServer(server, settings, [&] {
+        if (record == "yes") recorder.Start();
+    });
+}

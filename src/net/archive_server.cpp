@@ -1,0 +1,68 @@
+#include "net/archive_server.h"
+
+#include <algorithm>
+
+#include "net/history_keys.h"
+#include "vire/completion_codes.h"
+#include "vire/formats.h"
+#include "vire/link.h"
+#include "vire/wire.h"
+
+namespace net {
+
+ArchiveServer::ArchiveServer(std::shared_ptr<sim::SimulatedAccelerator> accelerator,
+                             std::shared_ptr<ArchiveStore> store)
+    : accelerator_(std::move(accelerator)), store_(std::move(store)),
+      names_(HistoryServerNames(accelerator_->model())), served_(names_.begin(), names_.end()) {}
+
+vire::Status ArchiveServer::Answer(const LinkRequest& request, ServerBuffers& buffers, const CallContext&,
+                                   int32_t timeoutMs) {
+    const sim::Address address = sim::ParseAddress(request.device());
+    const bool archive = IsArchiverName(address.server);
+    if (served_.count(archive ? address.server : address.ServerAddress()) == 0) return vire::kLinkError;
+    if (request.access() != vire::kAccessRead) return vire::kIllegalAccess;
+    // The simulation answers first: codes for what is wrong, the grid of
+    // times, and the simulated past for what the store does not hold.
+    vire::DataObject& out = buffers.outObject;
+    const vire::Status status =
+        accelerator_->Call(request.device(), request.property(), out, buffers.inObject, vire::kAccessRead, timeoutMs);
+    if (status != vire::kOk || address.device == "#1") return status;
+    HistoryTarget target;
+    if (!FindHistoryTarget(accelerator_->model(), address, request.property(), target)) return status;
+    if (address.device == "#0") AnswerSpectrum(target, out);
+    else AnswerSeries(target, out);
+    return status;
+}
+
+void ArchiveServer::AnswerSeries(const HistoryTarget& target, vire::DataObject& out) {
+    if (out.count <= 0 || vire::CanonicalFormat(out.format) != vire::kFormatFltInt) return;
+    const auto at = [&](int32_t i) { return static_cast<size_t>(i) * 8; };
+    const int64_t first = vire::LoadInt32(out.buffer, at(0) + 4);
+    const int64_t last = vire::LoadInt32(out.buffer, at(out.count - 1) + 4);
+    const auto stored = store_->Series(target.server, target.property, target.element, first, last);
+    std::vector<std::pair<int64_t, float>> missing;
+    for (int32_t i = 0; i < out.count; ++i) {
+        const int64_t t = vire::LoadInt32(out.buffer, at(i) + 4);
+        const auto it = stored.find(t);
+        if (it != stored.end()) vire::StoreFloat(out.buffer, at(i), it->second);
+        else missing.emplace_back(t, vire::LoadFloat(out.buffer, at(i)));
+    }
+    store_->PutSeries(target.server, target.property, target.element, missing);
+}
+
+void ArchiveServer::AnswerSpectrum(const HistoryTarget& target, vire::DataObject& out) {
+    if (vire::CanonicalFormat(out.format) != vire::kFormatSingle) return;
+    const int64_t t = out.stamp;
+    if (const auto stored = store_->Snapshot(target.server, target.property, t)) {
+        const int32_t n = std::min<int32_t>(out.count, static_cast<int32_t>(stored->size()));
+        for (int32_t i = 0; i < n; ++i) vire::StoreFloat(out.buffer, 4 * static_cast<size_t>(i), (*stored)[i]);
+        out.count = n;
+        return;
+    }
+    if (out.count != target.channel->size) return;  // only whole spectra are kept
+    std::vector<float> values(static_cast<size_t>(out.count));
+    for (size_t i = 0; i < values.size(); ++i) values[i] = vire::LoadFloat(out.buffer, 4 * i);
+    store_->PutSnapshot(target.server, target.property, t, values, false);
+}
+
+}  // namespace net

@@ -1,0 +1,60 @@
+#include "net/device_server.h"
+
+#include <algorithm>
+
+#include "vire/completion_codes.h"
+#include "vire/link.h"
+
+namespace net {
+namespace {
+
+std::string ServerOfDevice(const std::string& deviceAddress) {
+    return sim::ParseAddress(deviceAddress).ServerAddress();
+}
+
+}  // namespace
+
+std::vector<std::string> DeviceServerAddresses(const sim::Model& model) {
+    std::set<std::string> history;
+    for (const auto& c : model.channels)
+        if (!c.hstServer.empty()) history.insert(c.hstServer);
+    std::set<std::string> servers;
+    for (const auto& c : model.channels) servers.insert(c.serverAddress);
+    for (const auto& [key, table] : model.thresholds) servers.insert(ServerOfDevice(key.first));
+    for (const auto& [key, names] : model.locations) servers.insert(ServerOfDevice(key.first));
+    std::vector<std::string> result;
+    for (const auto& s : servers)
+        if (!s.empty() && history.count(s) == 0) result.push_back(s);
+    return result;
+}
+
+std::vector<std::string> ShareOf(const std::vector<std::string>& servers, int index, int count) {
+    std::vector<std::string> share;
+    if (count < 1 || index < 0 || index >= count) return share;
+    for (size_t i = 0; i < servers.size(); ++i)
+        if (static_cast<int>(i % static_cast<size_t>(count)) == index) share.push_back(servers[i]);
+    return share;
+}
+
+DeviceServer::DeviceServer(std::shared_ptr<sim::SimulatedAccelerator> accelerator, int shardIndex, int shardCount,
+                           HostAllowList writeHosts)
+    : accelerator_(std::move(accelerator)),
+      names_(ShareOf(DeviceServerAddresses(accelerator_->model()), shardIndex, shardCount)),
+      served_(names_.begin(), names_.end()), writeHosts_(std::move(writeHosts)) {}
+
+vire::Status DeviceServer::Answer(const LinkRequest& request, ServerBuffers& buffers, const CallContext& caller,
+                                  int32_t timeoutMs) {
+    if (served_.count(sim::ParseAddress(request.device()).ServerAddress()) == 0) return vire::kLinkError;
+    if (request.access() < INT16_MIN || request.access() > INT16_MAX) return vire::kIllegalAccess;
+    const auto access = static_cast<int16_t>(request.access());
+    if (access != vire::kAccessWrite)
+        return accelerator_->Call(request.device(), request.property(), buffers.outObject, buffers.inObject, access,
+                                  timeoutMs);
+    if (!writeHosts_.Allows(caller.claimedHost, caller.peerAddress)) return vire::kAccessDenied;
+    std::lock_guard<std::mutex> lock(writeMutex_);
+    vire::SetUserName(caller.user);
+    return accelerator_->Call(request.device(), request.property(), buffers.outObject, buffers.inObject, access,
+                              timeoutMs);
+}
+
+}  // namespace net

@@ -1,0 +1,78 @@
+#include "net/server_runner.h"
+
+#include <grpcpp/grpcpp.h>
+
+#include <csignal>
+#include <iostream>
+#include <memory>
+#include <optional>
+
+#include "net/channels.h"
+#include "net/network_transport.h"
+#include "net/registration.h"
+
+namespace net {
+namespace {
+
+sigset_t StopSignals() {
+    sigset_t signals;
+    sigemptyset(&signals);
+    sigaddset(&signals, SIGTERM);
+    sigaddset(&signals, SIGINT);
+    return signals;
+}
+
+// "127.0.0.1:0" with the port the engine chose.
+std::string WithPort(const std::string& listen, int port) {
+    const size_t colon = listen.rfind(':');
+    return (colon == std::string::npos ? listen : listen.substr(0, colon)) + ":" + std::to_string(port);
+}
+
+std::string Advertised(const ServerSettings& settings, int port) {
+    if (!settings.advertise.empty()) return settings.advertise;
+    std::string address = WithPort(settings.listen, port);
+    // A wildcard is no address to give others: the host's name is.
+    for (const char* wildcard : {"0.0.0.0:", "[::]:"})
+        if (address.rfind(wildcard, 0) == 0) address = LocalHostName() + ":" + std::to_string(port);
+    return address;
+}
+
+}  // namespace
+
+void BlockStopSignals() {
+    const sigset_t signals = StopSignals();
+    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+}
+
+int RunServer(LinkHandler& handler, const ServerSettings& settings, const std::function<void()>& started,
+              const std::function<void()>& stopping) {
+    LinkService service(handler);
+    grpc::ServerBuilder builder;
+    int port = 0;
+    builder.AddListeningPort(settings.listen, ServerCredentials(), &port);
+    builder.RegisterService(&service);
+    builder.SetMaxReceiveMessageSize(16 * 1024 * 1024);
+    builder.SetMaxSendMessageSize(80 * 1024 * 1024);
+    std::unique_ptr<grpc::Server> server = builder.BuildAndStart();
+    if (!server || port == 0) {
+        std::cerr << handler.Program() << ": cannot listen on " << settings.listen << "\n";
+        return 1;
+    }
+    std::cout << "listening on " << WithPort(settings.listen, port) << std::endl;
+    std::optional<Registration> registration;
+    if (!settings.namesAddress.empty())
+        registration.emplace(settings.namesAddress, handler.Names(), Advertised(settings, port), settings.leaseMs);
+    if (started) started();
+
+    const sigset_t signals = StopSignals();
+    int received = 0;
+    sigwait(&signals, &received);
+
+    if (stopping) stopping();
+    registration.reset();
+    service.Stop();
+    server->Shutdown(std::chrono::system_clock::now() + std::chrono::milliseconds(500));
+    return 0;
+}
+
+}  // namespace net

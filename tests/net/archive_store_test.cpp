@@ -1,0 +1,143 @@
+// The archive store on both databases it supports: the same statements, the
+// same answers.
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <memory>
+
+#include "net/archive_store.h"
+#include "postgres_server.h"
+
+namespace net_test {
+namespace {
+
+PostgresServer* postgres = nullptr;
+std::string postgresProblem;
+
+class Databases : public ::testing::Environment {
+public:
+    void SetUp() override {
+        if (!PostgresServer::Available()) return;
+        postgres = new PostgresServer;
+        if (!postgres->Start(postgresProblem)) {
+            delete postgres;
+            postgres = nullptr;
+        }
+    }
+    void TearDown() override {
+        delete postgres;
+        postgres = nullptr;
+    }
+};
+const auto* const databases = ::testing::AddGlobalTestEnvironment(new Databases);
+
+class ArchiveStoreTest : public ::testing::TestWithParam<std::string> {
+protected:
+    void SetUp() override {
+        if (GetParam() == "postgresql") {
+            if (!PostgresServer::Available())
+                GTEST_SKIP() << "PostgreSQL 15 is not installed (" << PostgresServer::kBinaries
+                             << "): ./scripts/setup.sh installs it";
+            ASSERT_NE(postgres, nullptr) << "the test's PostgreSQL server did not start: " << postgresProblem;
+            uri = postgres->Uri();
+            auto db = net::OpenSqlDatabase(uri);
+            db->Run("DROP TABLE IF EXISTS series");
+            db->Run("DROP TABLE IF EXISTS snapshots");
+        } else {
+            uri = ::testing::TempDir() + "/archive-" + std::to_string(getpid()) + "/" +
+                  ::testing::UnitTest::GetInstance()->current_test_info()->name() + ".sqlite";
+            std::filesystem::remove(uri);
+        }
+        store = std::make_unique<net::ArchiveStore>(net::OpenSqlDatabase(uri));
+    }
+    std::string uri;
+    std::unique_ptr<net::ArchiveStore> store;
+};
+
+TEST_P(ArchiveStoreTest, RecordedSpectraReplaceAndBackFilledOnesNeverDo) {
+    const std::vector<float> first{1.5f, -2.25f, 3e-7f};
+    const std::vector<float> filled{9, 9, 9};
+    const std::vector<float> recorded{4, 5, 6, 7};
+    store->PutSnapshot("/ORKA/BPMHIST", "ORBIT.X.Q1.HIST", 600, first, false);
+    store->PutSnapshot("/ORKA/BPMHIST", "ORBIT.X.Q1.HIST", 600, filled, false);
+    EXPECT_EQ(store->Snapshot("/ORKA/BPMHIST", "ORBIT.X.Q1.HIST", 600), first);
+    store->PutSnapshot("/ORKA/BPMHIST", "ORBIT.X.Q1.HIST", 600, recorded, true);
+    EXPECT_EQ(store->Snapshot("/ORKA/BPMHIST", "ORBIT.X.Q1.HIST", 600), recorded);
+    EXPECT_EQ(store->Snapshot("/ORKA/BPMHIST", "ORBIT.X.Q1.HIST", 660), std::nullopt);
+    EXPECT_EQ(store->Snapshot("OKHISTORY", "ORBIT.X.Q1.HIST", 600), std::nullopt);
+    EXPECT_EQ(store->Snapshot("/ORKA/BPMHIST", "ORBIT.X.Q2.HIST", 600), std::nullopt);
+}
+
+TEST_P(ArchiveStoreTest, SeriesJoinBackFilledValuesAndRecordedSpectraWhichWin) {
+    // Back-filled element 2 at 60..300; a spectrum recorded at 180 and 360.
+    std::vector<std::pair<int64_t, float>> filled;
+    for (int64_t t = 60; t <= 300; t += 60) filled.emplace_back(t, static_cast<float>(t) / 10);
+    store->PutSeries("OKHISTORY", "LOSS.INT", 2, filled);
+    store->PutSeries("OKHISTORY", "LOSS.INT", 2, {{60, -1.0f}});  // held already: kept
+    store->PutSeries("OKHISTORY", "LOSS.INT", 3, {{120, 77.0f}});  // another element
+    store->PutSnapshot("OKHISTORY", "LOSS.INT", 180, std::vector<float>{0, 1, 222.5f, 3}, true);
+    store->PutSnapshot("OKHISTORY", "LOSS.INT", 360, std::vector<float>{0, 1, 333.5f}, true);
+    store->PutSnapshot("OKHISTORY", "LOSS.INT", 420, std::vector<float>{0, 1}, true);  // too short for element 2
+
+    const std::map<int64_t, float> expected{{60, 6}, {120, 12}, {180, 222.5f}, {240, 24}, {300, 30}, {360, 333.5f}};
+    EXPECT_EQ(store->Series("OKHISTORY", "LOSS.INT", 2, 0, 1000), expected);
+    // Both ends of the window count.
+    EXPECT_EQ(store->Series("OKHISTORY", "LOSS.INT", 2, 120, 180),
+              (std::map<int64_t, float>{{120, 12}, {180, 222.5f}}));
+    EXPECT_EQ(store->Series("OKHISTORY", "LOSS.INT", 3, 0, 1000),
+              (std::map<int64_t, float>{{120, 77}, {180, 3}}));
+    EXPECT_TRUE(store->Series("OKHISTORY", "LOSS.INT", 2, 301, 359).empty());
+    EXPECT_TRUE(store->Series("VEHISTORY", "LOSS.INT", 2, 0, 1000).empty());
+    // Batches of many rows: a whole day at one value a minute.
+    std::vector<std::pair<int64_t, float>> day;
+    for (int64_t t = 100'000; t < 100'000 + 86'400; t += 60) day.emplace_back(t, static_cast<float>(t % 977));
+    store->PutSeries("/ORKA/BLMHIST", "LOSS.INT.HIST", 0, day);
+    const auto back = store->Series("/ORKA/BLMHIST", "LOSS.INT.HIST", 0, 0, INT32_MAX);
+    ASSERT_EQ(back.size(), day.size());
+    EXPECT_EQ(back.rbegin()->second, day.back().second);
+}
+
+TEST_P(ArchiveStoreTest, PruningForgetsOnlyTheOlderRecordsOfItsServer) {
+    for (const char* server : {"/ORKA/BPMHIST", "OKHISTORY"}) {
+        store->PutSeries(server, "P", 0, {{100, 1}, {200, 2}, {300, 3}});
+        for (int64_t t : {100, 200, 300}) store->PutSnapshot(server, "P", t, std::vector<float>{float(t)}, true);
+    }
+    store->Prune("/ORKA/BPMHIST", 200);
+    EXPECT_EQ(store->Series("/ORKA/BPMHIST", "P", 0, 0, 1000), (std::map<int64_t, float>{{200, 200}, {300, 300}}));
+    EXPECT_EQ(store->Snapshot("/ORKA/BPMHIST", "P", 100), std::nullopt);
+    EXPECT_EQ(store->Snapshot("OKHISTORY", "P", 100), std::vector<float>{100});
+    EXPECT_EQ(store->Series("OKHISTORY", "P", 0, 0, 1000).size(), 3u);
+}
+
+TEST_P(ArchiveStoreTest, WhatWasStoredIsThereAfterReopening) {
+    store->PutSnapshot("VEHISTORY", "LOSS.FAST", 900, std::vector<float>{1, 2, 3}, true);
+    store->PutSeries("VEHISTORY", "LOSS.FAST", 1, {{1800, 8.5f}});
+    store.reset();
+    net::ArchiveStore again(net::OpenSqlDatabase(uri));
+    EXPECT_EQ(again.Snapshot("VEHISTORY", "LOSS.FAST", 900), (std::vector<float>{1, 2, 3}));
+    EXPECT_EQ(again.Series("VEHISTORY", "LOSS.FAST", 1, 0, 2000), (std::map<int64_t, float>{{900, 2}, {1800, 8.5f}}));
+}
+
+INSTANTIATE_TEST_SUITE_P(Both, ArchiveStoreTest, ::testing::Values("sqlite", "postgresql"),
+                         [](const auto& info) { return info.param; });
+
+TEST(ArchiveStoreFailures, UnusableDatabasesAreReportedNotCrashedOn) {
+    const std::string folder = ::testing::TempDir() + "/archive-bad-" + std::to_string(getpid());
+    std::filesystem::create_directories(folder);
+    const std::string notADatabase = folder + "/text.sqlite";
+    std::ofstream(notADatabase) << std::string(4096, 'x');
+    std::ofstream(folder + "/file") << "a file where a folder should be";
+    const std::string cases[] = {
+        notADatabase,
+        folder + "/file/archive.sqlite",
+        "postgresql://nobody@127.0.0.1:1/none?connect_timeout=2",
+    };
+    for (const auto& uri : cases) {
+        EXPECT_THROW(net::ArchiveStore(net::OpenSqlDatabase(uri)), net::StoreError) << uri;
+    }
+}
+
+}  // namespace
+}  // namespace net_test

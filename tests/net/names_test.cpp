@@ -1,0 +1,195 @@
+// The name service's table, names files, who may write, and the shards.
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "net/allow_list.h"
+#include "net/device_server.h"
+#include "net/environment.h"
+#include "net/name_client.h"
+#include "net/name_registry.h"
+#include "vire/completion_codes.h"
+#include "vire/formats.h"
+#include "vire/link.h"
+
+namespace {
+
+class Registry : public ::testing::Test {
+protected:
+    // One call; the answer's text for RESOLVE.
+    vire::Status Ask(const std::string& property, int16_t access, const std::string& text, std::string* answer = nullptr,
+                     int32_t room = 64, int16_t format = vire::kFormatText, const char* device = net::kNamesDevice) {
+        net::LinkRequest request;
+        request.set_device(device);
+        request.set_property(property);
+        request.set_access(access);
+        request.set_in_format(format);
+        request.set_in_count(static_cast<int32_t>(text.size()));
+        request.set_in_data(text);
+        request.set_out_format(vire::kFormatText);
+        request.set_out_count(room);
+        request.set_out_capacity(room);
+        net::ServerBuffers buffers;
+        net::PrepareBuffers(request, buffers);
+        const vire::Status status = registry.Answer(request, buffers, net::CallContext{}, 500);
+        if (answer != nullptr && status == 0)
+            answer->assign(reinterpret_cast<const char*>(buffers.out.data()), size_t(buffers.outObject.count));
+        return status;
+    }
+    std::string Where(const std::string& name) {
+        std::string address;
+        Ask("RESOLVE", vire::kAccessRead, name, &address);
+        return address;
+    }
+    vire::Status Register(const std::string& text) { return Ask("REGISTER", vire::kAccessWrite, text); }
+    int64_t now = 1000;
+    net::NameRegistry registry{[this] { return now; }};
+};
+
+TEST_F(Registry, LeasesRunOutUnlessRenewedAndOnlyTheHolderWithdrawsAName) {
+    ASSERT_EQ(Register("/ORKA/BPMQ1 host-a:5001 3000"), 0);
+    ASSERT_EQ(Register("OKHISTORY host-h:5010 1"), 0);  // raised to the shortest lease
+    now += net::NameRegistry::kShortestLeaseMs - 1;
+    EXPECT_EQ(Where("OKHISTORY"), "host-h:5010");
+    now += 1;
+    EXPECT_EQ(Ask("RESOLVE", vire::kAccessRead, "OKHISTORY"), vire::kUnknownDevice);
+    now += 2000;  // 2999 ms after registering: a heartbeat renews
+    ASSERT_EQ(Register("/ORKA/BPMQ1 host-a:5001 3000"), 0);
+    now += 2999;
+    EXPECT_EQ(Where("/ORKA/BPMQ1"), "host-a:5001");
+    // A server restarted elsewhere takes the name over; the old one leaving late changes nothing.
+    ASSERT_EQ(Register("/ORKA/BPMQ1 host-b:5001 3000"), 0);
+    ASSERT_EQ(Ask("UNREGISTER", vire::kAccessWrite, "/ORKA/BPMQ1 host-a:5001"), 0);
+    EXPECT_EQ(Where("/ORKA/BPMQ1"), "host-b:5001");
+    ASSERT_EQ(Ask("UNREGISTER", vire::kAccessWrite, "/ORKA/BPMQ1 host-b:5001"), 0);
+    EXPECT_EQ(Ask("RESOLVE", vire::kAccessRead, "/ORKA/BPMQ1"), vire::kUnknownDevice);
+}
+
+TEST_F(Registry, MalformedCallsGetTheirCodesAndRegisterNothing) {
+    ASSERT_EQ(Register("/ORKA/LONG a-long-host-name.example.org:5001 3000"), 0);
+    struct Case {
+        const char* property;
+        int16_t access;
+        const char* text;
+        int32_t room;
+        int16_t format;
+        vire::Status status;
+    };
+    const Case cases[] = {
+        {"REGISTER", vire::kAccessWrite, "/ORKA/X host:1", 64, vire::kFormatText, vire::kInvalidInput},
+        {"REGISTER", vire::kAccessWrite, "/ORKA/X host:1 soon", 64, vire::kFormatText, vire::kInvalidInput},
+        {"REGISTER", vire::kAccessWrite, "/ORKA/X host:1 -5", 64, vire::kFormatText, vire::kInvalidInput},
+        {"REGISTER", vire::kAccessWrite, "/ORKA/X host:1 5 6", 64, vire::kFormatText, vire::kInvalidInput},
+        {"REGISTER", vire::kAccessRead, "/ORKA/X host:1 500", 64, vire::kFormatText, vire::kIllegalAccess},
+        {"RESOLVE", vire::kAccessWrite, "/ORKA/LONG", 64, vire::kFormatText, vire::kIllegalAccess},
+        {"RESOLVE", vire::kAccessRead, "/ORKA/LONG", 10, vire::kFormatText, vire::kOutOfRange},
+        {"RESOLVE", vire::kAccessRead, "/ORKA/LONG", 64, vire::kFormatLong, vire::kFormatMismatch},
+        {"LIST", vire::kAccessRead, "", 64, vire::kFormatText, vire::kUnknownProperty},
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(Ask(c.property, c.access, c.text, nullptr, c.room, c.format), c.status) << c.property << " " << c.text;
+    EXPECT_EQ(Ask("RESOLVE", vire::kAccessRead, "/ORKA/LONG", nullptr, 64, vire::kFormatText, "/ORKA/BPMQ1"),
+              vire::kLinkError);  // not the name service's device
+    EXPECT_EQ(Where("/ORKA/X"), "");
+}
+
+TEST(NameLookup, AddressesNameTheirServersAndNamesFilesAnswerWhereTheServiceDoesNot) {
+    const std::pair<const char*, std::vector<std::string>> cases[] = {
+        {"/ORKA/BPMQ1/ORBIT", {"/ORKA/BPMQ1", "BPMQ1"}}, {"/ORKA/OKHISTORY/BLM.S01.1", {"/ORKA/OKHISTORY", "OKHISTORY"}},
+        {"/ORKA/BLMSRV", {"/ORKA/BLMSRV", "BLMSRV"}},    {"OKHISTORY/#1", {"OKHISTORY"}},
+        {"/ORKA", {}},                                   {"", {}},
+    };
+    for (const auto& [address, names] : cases) EXPECT_EQ(net::ServerNamesOf(address), names) << address;
+
+    const std::string path = ::testing::TempDir() + "/names-file-" + std::to_string(getpid());
+    std::ofstream(path) << "# site names\n/ORKA/BPMQ1 dev1:5901   # first\n\n  OKHISTORY\tarch:5910\n"
+                           "no-address\n/ORKA/X a:1 b:2\n* dev2:5901\n/ORKA/BPMQ1 dev9:5901\n";
+    EXPECT_EQ(net::ReadNamesFile(path), (std::map<std::string, std::string>{
+                                            {"/ORKA/BPMQ1", "dev9:5901"}, {"OKHISTORY", "arch:5910"}, {"*", "dev2:5901"}}));
+    // A name service that is not there: the file answers, "*" for the rest.
+    net::NameResolver resolver("127.0.0.1:1", path);
+    std::string address;
+    EXPECT_EQ(resolver.Resolve("/ORKA/OKHISTORY/BLM.S01.1", 100, address), 0);
+    EXPECT_EQ(address, "arch:5910");
+    EXPECT_EQ(resolver.Resolve("/VESTA/BLMSRV/LOSS", 100, address), 0);
+    EXPECT_EQ(address, "dev2:5901");
+    EXPECT_EQ(net::NameResolver("", path + ".missing").Resolve("/VESTA/BLMSRV/LOSS", 100, address), vire::kLinkError);
+}
+
+TEST(NameLookup, TheEnvironmentChoosesTheNetworkAndWhereItsNamesAre) {
+    const std::string config = ::testing::TempDir() + "/env-config-" + std::to_string(getpid());
+    std::filesystem::create_directories(config);
+    net::NetworkSettings settings;
+    unsetenv("LUMISCOPE_NAMES_FILE");
+    for (const char* other : {"", "sim", "Network"}) {
+        setenv("LUMISCOPE_TRANSPORT", other, 1);
+        EXPECT_FALSE(net::NetworkSettingsFromEnvironment(config, settings)) << other;
+    }
+    setenv("LUMISCOPE_TRANSPORT", "network", 1);
+    setenv("LUMISCOPE_NAMES", "names-host:5900", 1);
+    ASSERT_TRUE(net::NetworkSettingsFromEnvironment(config, settings));
+    EXPECT_EQ(settings.namesAddress, "names-host:5900");
+    EXPECT_EQ(settings.namesFile, "");  // the configuration has none
+    std::ofstream(config + "/lumiscope-names.txt") << "* a:1\n";
+    ASSERT_TRUE(net::NetworkSettingsFromEnvironment(config, settings));
+    EXPECT_EQ(settings.namesFile, config + "/lumiscope-names.txt");
+    setenv("LUMISCOPE_NAMES_FILE", "/site/names.txt", 1);
+    ASSERT_TRUE(net::NetworkSettingsFromEnvironment(config, settings));
+    EXPECT_EQ(settings.namesFile, "/site/names.txt");
+    for (const char* name : {"LUMISCOPE_TRANSPORT", "LUMISCOPE_NAMES", "LUMISCOPE_NAMES_FILE"}) unsetenv(name);
+}
+
+TEST(WriteHosts, HostNamesMatchWhatTheClientSaysAndNetworksWhereTheCallCameFrom) {
+    struct Case {
+        const char* list;
+        const char* claimed;
+        const char* peer;
+        bool allowed;
+    };
+    const Case cases[] = {
+        {"opsconsole", "OpsConsole", "10.0.0.7", true},   {"opsconsole", "opsconsole2", "10.0.0.7", false},
+        {"opsconsole", "", "10.0.0.7", false},            {"10.1.0.0/16", "anyone", "10.1.255.3", true},
+        {"10.1.0.0/16", "anyone", "10.2.0.3", false},     {"10.1.2.3", "", "10.1.2.4", false},
+        {"10.1.2.3/31", "", "10.1.2.2", true},            {"0.0.0.0/0", "", "192.168.1.1", true},
+        {"127.0.0.0/8", "", "::1", false},                {"fd00::/8", "", "fd12::5", true},
+        {"fd00::/8", "", "fe80::1", false},               {"", "opsconsole", "127.0.0.1", false},
+        {"10.1.0.0/16", "10.1.0.9", "10.9.9.9", false},  // an address claimed as a host name proves nothing
+        {net::kDefaultWriteHosts, "", "127.0.0.1", true}, {net::kDefaultWriteHosts, "", "192.168.0.2", false},
+    };
+    for (const Case& c : cases) {
+        net::HostAllowList list;
+        std::string problem;
+        ASSERT_TRUE(list.Parse(c.list, problem)) << c.list << ": " << problem;
+        EXPECT_EQ(list.Allows(c.claimed, c.peer), c.allowed) << c.list << " / " << c.claimed << " / " << c.peer;
+    }
+    for (const char* bad : {"10.0.0.0/33", "::1/129", "10.0.0.0/x", "host name", "a/b"}) {
+        net::HostAllowList list;
+        std::string problem;
+        EXPECT_FALSE(list.Parse(std::string("ok-host,") + bad, problem)) << bad;
+        EXPECT_NE(problem.find(bad), std::string::npos) << problem;
+        EXPECT_TRUE(list.Allows("ok-host", ""));  // what could be read stays
+    }
+    const std::pair<const char*, const char*> peers[] = {
+        {"ipv4:127.0.0.1:5000", "127.0.0.1"}, {"ipv6:[::1]:5000", "::1"}, {"ipv6:%5B::1%5D:5000", "::1"}, {"", ""}};
+    for (const auto& [peer, address] : peers) EXPECT_EQ(net::PeerAddress(peer), address) << peer;
+}
+
+TEST(Shards, EveryDeviceServerIsServedByExactlyOneShardAndHistoryServersByNone) {
+    const auto servers = net::DeviceServerAddresses(sim::BuildModel(LUMISCOPE_SAMPLE_CONFIG_DIR, 7));
+    for (const char* expected : {"/ORKA/BPMQ1", "/ORKA/BLMSRV", "/LYRAS/PSSTEER", "/KALM/BPMSRV"})
+        EXPECT_NE(std::find(servers.begin(), servers.end(), expected), servers.end()) << expected;
+    for (const char* history : {"/ORKA/BPMHIST", "/ORKA/BLMHIST", "/ORKA/OKHISTORY"})
+        EXPECT_EQ(std::find(servers.begin(), servers.end(), history), servers.end()) << history;
+    for (int n : {1, 3, 7}) {
+        std::map<std::string, int> served;
+        for (int i = 0; i < n; ++i)
+            for (const auto& s : net::ShareOf(servers, i, n)) served[s] += 1;
+        EXPECT_EQ(served.size(), servers.size()) << n;
+        for (const auto& [s, times] : served) EXPECT_EQ(times, 1) << s << " in " << n;
+    }
+    EXPECT_TRUE(net::ShareOf(servers, 3, 3).empty());
+}
+
+}  // namespace

@@ -1,0 +1,103 @@
+#include "server_processes.h"
+
+#include <arpa/inet.h>
+#include <fcntl.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <signal.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <thread>
+
+namespace net_test {
+
+std::string BuildProgram(const std::string& program) { return std::string(LUMISCOPE_BINARY_DIR) + "/bin/" + program; }
+
+bool ServerProcess::Start(const std::string& program, const std::vector<std::string>& args,
+                          const std::map<std::string, std::string>& environment) {
+    Stop();
+    int out[2];
+    if (pipe(out) != 0) return false;
+    std::vector<std::string> argvText{BuildProgram(program)};
+    argvText.insert(argvText.end(), args.begin(), args.end());
+    std::vector<char*> argv;
+    for (auto& a : argvText) argv.push_back(a.data());
+    argv.push_back(nullptr);
+    pid_ = fork();
+    if (pid_ == 0) {
+        dup2(out[1], STDOUT_FILENO);
+        for (const auto& [name, value] : environment) setenv(name.c_str(), value.c_str(), 1);
+        execv(argv[0], argv.data());
+        _exit(127);
+    }
+    close(out[1]);
+    // The first line, within the limit.
+    std::string line;
+    const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+    char buffer[256];
+    pollfd p{out[0], POLLIN, 0};
+    while (pid_ > 0 && line.find('\n') == std::string::npos && std::chrono::steady_clock::now() < limit) {
+        if (poll(&p, 1, 100) <= 0) continue;
+        const ssize_t n = read(out[0], buffer, sizeof buffer);
+        if (n <= 0) break;
+        line.append(buffer, static_cast<size_t>(n));
+    }
+    close(out[0]);
+    const std::string prefix = "listening on ";
+    if (line.rfind(prefix, 0) != 0 || line.find('\n') == std::string::npos) {
+        Kill();
+        return false;
+    }
+    address_ = line.substr(prefix.size(), line.find('\n') - prefix.size());
+    return true;
+}
+
+void ServerProcess::Reap(int signal) {
+    if (pid_ <= 0) return;
+    kill(pid_, signal);
+    const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(5);
+    int status = 0;
+    while (waitpid(pid_, &status, WNOHANG) == 0) {
+        if (std::chrono::steady_clock::now() > limit) {
+            kill(pid_, SIGKILL);
+            waitpid(pid_, &status, 0);
+            break;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+    pid_ = -1;
+}
+
+void ServerProcess::Stop() { Reap(SIGTERM); }
+void ServerProcess::Kill() { Reap(SIGKILL); }
+
+int LoopbackListener(int& port) {
+    const int s = socket(AF_INET, SOCK_STREAM, 0);
+    sockaddr_in address{AF_INET, 0, {htonl(INADDR_LOOPBACK)}, {}};
+    socklen_t size = sizeof address;
+    port = 0;
+    if (bind(s, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0 && listen(s, 8) == 0 &&
+        getsockname(s, reinterpret_cast<sockaddr*>(&address), &size) == 0)
+        port = ntohs(address.sin_port);
+    return s;
+}
+
+int DeadPort() {
+    int port = 0;
+    close(LoopbackListener(port));
+    return port;
+}
+
+bool WaitUntil(const std::function<bool()>& done, std::chrono::milliseconds limit) {
+    const auto end = std::chrono::steady_clock::now() + limit;
+    for (;;) {
+        if (done()) return true;
+        if (std::chrono::steady_clock::now() > end) return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+}
+
+}  // namespace net_test

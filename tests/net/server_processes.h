@@ -1,0 +1,52 @@
+// The network servers as child processes of a test, on free loopback ports:
+// started with their command line and environment, found by the address they
+// print, ended by their process id.
+#pragma once
+
+#include <sys/types.h>
+
+#include <chrono>
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace net_test {
+
+class ServerProcess {
+public:
+    ServerProcess() = default;
+    ~ServerProcess() { Stop(); }
+    ServerProcess(const ServerProcess&) = delete;
+    ServerProcess& operator=(const ServerProcess&) = delete;
+
+    // Starts bin/<program> of the build with args and extra environment
+    // settings; true once it printed "listening on ADDR" (within 20 s).
+    bool Start(const std::string& program, const std::vector<std::string>& args,
+               const std::map<std::string, std::string>& environment = {});
+    // SIGTERM and wait (SIGKILL after 5 s).
+    void Stop();
+    // SIGKILL: the server vanishes without a word.
+    void Kill();
+    const std::string& Address() const { return address_; }
+    bool Running() const { return pid_ > 0; }
+    pid_t Pid() const { return pid_; }
+
+private:
+    void Reap(int signal);
+    pid_t pid_ = -1;
+    std::string address_;
+};
+
+// A loopback port nothing listens on (bound, read and closed again).
+int DeadPort();
+// A socket listening on a free loopback port; the caller closes it.
+int LoopbackListener(int& port);
+
+// Polls `done` every 10 ms until it is true or `limit` has passed.
+bool WaitUntil(const std::function<bool()>& done, std::chrono::milliseconds limit);
+
+// The path of a program of the build.
+std::string BuildProgram(const std::string& program);
+
+}  // namespace net_test
