@@ -22,21 +22,16 @@ if [ -n "$network" ]; then
   start_network_servers "$build" "$top/configs" "$network"
 fi
 
-if [ -x "$build/bin/lumiscope" ]; then
-  run=("$build/bin/lumiscope" "$@")
-  if [ -z "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
-    echo "No display found: starting the viewer under xvfb-run." >&2
-    run=(xvfb-run -a "${run[@]}")
-  fi
-  exec "${run[@]}"
+# Without a display the viewer runs under xvfb-run (a screen nobody sees);
+# "--snapshot FILE.png" draws off-screen instead and saves a picture.
+run=("$build/bin/lumiscope" "$@")
+unattended=0
+for argument in "$@"; do
+  case "$argument" in --snapshot|--help|-h|--quit-when-populated|--quit-when-live) unattended=1 ;; esac
+done
+if [ -z "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ] && [ "$unattended" -eq 0 ]; then
+  echo "No display found: starting the viewer under xvfb-run." >&2
+  echo "For a picture of the window instead: scripts/viewer.sh --snapshot viewer.png --channel 0 [--after 3] [--size 1280x800]" >&2
+  run=(xvfb-run -a "${run[@]}")
 fi
-
-# Until the viewer window exists: check the sample configuration the way the
-# viewer will read it, then, on a display, show the plot demo fed live by the
-# simulated accelerator.
-echo "The viewer window is not built yet: checking the sample configuration instead."
-"$build/bin/lumiscope-config" check "$top/configs"
-if [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ] && [ -x "$build/bin/lumiscope-plot-demo" ]; then
-  echo "Showing the plot demo on the simulated accelerator meanwhile."
-  exec "$build/bin/lumiscope-plot-demo" --config "$top/configs"
-fi
+exec "${run[@]}"

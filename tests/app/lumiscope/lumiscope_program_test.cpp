@@ -1,0 +1,60 @@
+// The viewer programs from the shell: help, option mistakes, and unattended
+// snapshots (the messages a run without an operator would have shown go to
+// standard error).
+#include <QImage>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include "tool_run.h"
+
+namespace {
+
+TEST(ViewerPrograms, AnswerTheirCommandLines) {
+    struct Case {
+        const char* program;
+        std::vector<std::string> args;
+        int exitCode;
+        const char* printed;  // part of stdout and stderr
+    };
+    const Case cases[] = {
+        {LUMISCOPE_VIEWER, {"--help"}, 0, "usage: lumiscope [options] [MACHINE [SUBSYSTEM [EXTRAS_ON]]]"},
+        {LUMISCOPE_HOST, {"--help"}, 0, "usage: lumiscope-host [--open]"},
+        {LUMISCOPE_VIEWER, {"--colour", "red"}, 2, "unknown option --colour"},
+        {LUMISCOPE_VIEWER, {"--size", "1280x"}, 2, "--size wants WIDTHxHEIGHT"},
+        {LUMISCOPE_VIEWER, {"--after", "-1", "--snapshot", "x.png"}, 2, "--after wants seconds"},
+        {LUMISCOPE_VIEWER, {"--snapshot"}, 2, "--snapshot needs a value"},
+        {LUMISCOPE_HOST, {"--snapshot", "x.png"}, 2, "unknown option --snapshot"},
+        {LUMISCOPE_VIEWER, {"--snapshot", "/nonexistent/dir/x.png", "--after", "0"}, 1,
+         "cannot save the snapshot to /nonexistent/dir/x.png"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.args.front());
+        const test_support::ToolRun run = test_support::RunTool(c.program, c.args, {}, true);
+        EXPECT_EQ(run.exitCode, c.exitCode) << run.out;
+        EXPECT_NE(run.out.find(c.printed), std::string::npos) << run.out;
+    }
+}
+
+TEST(ViewerPrograms, SnapshotShowsTheWindowAtTheAskedSize) {
+    QTemporaryDir dir;
+    const std::string file = dir.filePath("viewer.png").toStdString();
+    const test_support::ToolRun run = test_support::RunTool(
+        LUMISCOPE_VIEWER, {"--snapshot", file, "--after", "0.2", "--size", "1280x800", "VESTA"}, {}, true);
+    ASSERT_EQ(run.exitCode, 0) << run.out;
+    const QImage picture(QString::fromStdString(file));
+    EXPECT_EQ(picture.size(), QSize(1280, 800));
+}
+
+TEST(ViewerPrograms, UnattendedRunReportsTheWindowsMessagesOnStandardError) {
+    QTemporaryDir emptyProgramDir;  // no configs/ beside the program
+    const std::string file = emptyProgramDir.filePath("viewer.png").toStdString();
+    const test_support::ToolRun run = test_support::RunTool(
+        LUMISCOPE_VIEWER, {"--app-path", emptyProgramDir.path().toStdString(), "--snapshot", file, "--after", "0"},
+        {}, true);
+    EXPECT_NE(run.out.find("lumiscope: message: Read Machine-Info File config_machines.csv failed !"),
+              std::string::npos)
+        << run.out;
+}
+
+}  // namespace

@@ -1,0 +1,166 @@
+// Filing window snapshots in a logbook: where an entry goes, what it records,
+// and that a refused one leaves nothing behind and tells the operator why.
+#include <QDir>
+#include <QFile>
+#include <QImage>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTemporaryDir>
+#include <QWidget>
+
+#include <sys/resource.h>
+
+#include <csignal>
+#include <optional>
+#include <gtest/gtest.h>
+
+#include "ui/controls/scoped_dialog_responder.h"
+#include "ui/logbook/logbook.h"
+#include "ui/logbook/logbook_entry.h"
+#include "vire/clock.h"
+#include "vire/link.h"
+
+namespace {
+
+// Files of this process may not grow beyond `bytes` while it lives: a full
+// disk, for the writes in between.
+class DiskFull {
+public:
+    explicit DiskFull(rlim_t bytes) {
+        std::signal(SIGXFSZ, SIG_IGN);
+        getrlimit(RLIMIT_FSIZE, &saved_);
+        rlimit limit = saved_;
+        limit.rlim_cur = bytes;
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~DiskFull() { setrlimit(RLIMIT_FSIZE, &saved_); }
+
+private:
+    rlimit saved_{};
+};
+
+QImage Noise(int width, int height) {
+    QImage image(width, height, QImage::Format_RGB32);
+    uint32_t state = 12345;
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width; ++x) image.setPixel(x, y, state = state * 1664525u + 1013904223u);
+    return image;
+}
+
+constexpr int64_t kNow = 1'790'000'000'123;  // milliseconds, a fixed "now"
+
+class LogbookTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_TRUE(root_.isValid());
+        ui::Logbook::SetRootDirectory(root_.path());
+        vire::SetTestClock(kNow);
+        vire::SetUserName("operator");
+    }
+    void TearDown() override {
+        ui::Logbook::SetRootDirectory(QString());
+        ui::Logbook::SetPrinterLookup(nullptr);
+        vire::UseSystemClock();
+        vire::SetUserName("");
+    }
+    // Everything in the logbook directory, hidden temporary entries included.
+    QStringList LogbookContents() const {
+        return QDir(ui::Logbook("ORKA").Directory())
+            .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name);
+    }
+    QTemporaryDir root_;
+};
+
+TEST_F(LogbookTest, FilesTheWindowAsOneWholeEntryWithItsRecord) {
+    ui::Logbook::SetPrinterLookup([](const QString&) { return false; });
+    QWidget window;
+    window.resize(160, 90);
+    window.setWindowTitle("Spectrum Viewer");
+    ui::ScopedDialogResponder boxes;
+
+    const ui::LogbookResult first = ui::Logbook("ORKA").File(&window, {"VESTA", "Beam Loss Monitors"});
+    const ui::LogbookResult second = ui::Logbook("ORKA").File(&window, {"VESTA", "Beam Loss Monitors"});
+
+    EXPECT_TRUE(boxes.Records().empty());
+    ASSERT_EQ(first.outcome, ui::LogbookOutcome::Filed);
+    ASSERT_EQ(second.outcome, ui::LogbookOutcome::Filed);
+    // Two snapshots in the same millisecond are two entries.
+    const QString stamp = QDateTime::fromMSecsSinceEpoch(kNow).toString("yyyyMMdd-HHmmss-zzz");
+    EXPECT_EQ(LogbookContents(), (QStringList{stamp, stamp + "-2"}));
+
+    const QImage image(QDir(first.where).filePath(ui::kLogbookImageFile));
+    EXPECT_EQ(image.size(), window.size() * window.devicePixelRatio());
+    QFile recordFile(QDir(first.where).filePath(ui::kLogbookRecordFile));
+    ASSERT_TRUE(recordFile.open(QIODevice::ReadOnly));
+    const QJsonObject record = QJsonDocument::fromJson(recordFile.readAll()).object();
+    EXPECT_EQ(record["logbook"].toString(), "ORKA");
+    EXPECT_EQ(record["user"].toString(), "operator");
+    EXPECT_EQ(record["machine"].toString(), "VESTA");
+    EXPECT_EQ(record["device"].toString(), "Beam Loss Monitors");
+    EXPECT_EQ(record["title"].toString(), "Spectrum Viewer");
+    EXPECT_EQ(QDateTime::fromString(record["time"].toString(), Qt::ISODateWithMs).toMSecsSinceEpoch(), kNow);
+    EXPECT_FALSE(record["host"].toString().isEmpty());
+}
+
+TEST_F(LogbookTest, RefusedEntriesLeaveNothingAndSayWhy) {
+    enum class Setup { RootIsAFile, NoPicture, DiskFull };
+    struct Case {
+        const char* name;
+        bool printerInstalled;
+        Setup setup;
+        const char* firstLine;
+    };
+    const Case cases[] = {
+        {"no printer, directory blocked", false, Setup::RootIsAFile,
+         "Please add ORKA to your list of installed printers"},
+        {"printer refuses, directory blocked", true, Setup::RootIsAFile, "Cannot send Raw JPEG to Printer !"},
+        {"no printer, nothing to file", false, Setup::NoPicture,
+         "Please add ORKA to your list of installed printers"},
+        {"no printer, disk full half-way", false, Setup::DiskFull,
+         "Please add ORKA to your list of installed printers"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        QTemporaryDir scratch;
+        QString root = scratch.path();
+        if (c.setup == Setup::RootIsAFile) {
+            root = scratch.filePath("not-a-directory");
+            QFile blocker(root);
+            ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
+        }
+        ui::Logbook::SetRootDirectory(root);
+        ui::Logbook::SetPrinterLookup([&](const QString& name) { return c.printerInstalled && name == "ORKA"; });
+        const QImage picture = c.setup == Setup::NoPicture ? QImage() : Noise(40, 30);
+        ui::ScopedDialogResponder boxes;
+        boxes.Answer(ui::MsgBoxResult::OK);
+
+        ui::LogbookResult result;
+        {
+            std::optional<DiskFull> full;
+            if (c.setup == Setup::DiskFull) full.emplace(64);
+            result = ui::Logbook("ORKA").File(picture, "Spectrum Viewer", {"ORKA", "Orbit"});
+        }
+
+        EXPECT_EQ(result.outcome, ui::LogbookOutcome::Refused);
+        ASSERT_EQ(boxes.Records().size(), 1u);
+        const ui::DialogRecord& box = boxes.Records()[0];
+        EXPECT_EQ(box.text.substr(0, box.text.find('\n')), c.firstLine);
+        EXPECT_NE(box.text.find(result.problem.toStdString()), std::string::npos);
+        EXPECT_EQ(box.title, "Print to Logbook");
+        EXPECT_EQ(box.icon, ui::MsgBoxIcon::Exclamation);
+        EXPECT_TRUE(LogbookContents().isEmpty()) << LogbookContents().join(", ").toStdString();
+    }
+}
+
+TEST_F(LogbookTest, DirectoryComesFromTheSetterThenTheEnvironment) {
+    ui::Logbook::SetRootDirectory(QString());
+    qputenv("LUMISCOPE_LOGBOOK_DIR", "/srv/logbooks");
+    EXPECT_EQ(ui::Logbook("ORKA").Directory(), "/srv/logbooks/ORKA");
+    ui::Logbook::SetRootDirectory("/data/elog");
+    EXPECT_EQ(ui::Logbook("VESTA").Directory(), "/data/elog/VESTA");
+    ui::Logbook::SetRootDirectory(QString());
+    qunsetenv("LUMISCOPE_LOGBOOK_DIR");
+    EXPECT_TRUE(ui::Logbook("ORKA").Directory().endsWith("/lumiscope/logbook/ORKA"));
+}
+
+}  // namespace
