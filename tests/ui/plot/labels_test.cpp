@@ -123,6 +123,8 @@ TEST(Labels, TheFirstVisibleLabelledTraceLabelsTheAxis) {
     EXPECT_EQ(shown(), "a0");
     plot.ShowTrace(first, false);
     EXPECT_EQ(shown(), "b0");
+    QTest::mouseMove(plot.Canvas(), plot.Canvas()->ToPixel(1, 1).toPoint());  // under the cursor too
+    EXPECT_EQ(plot.HoverLabel(), "b1");
     plot.RemoveAllTraces();
     EXPECT_EQ(shown(), "0");  // plain numbers again
 }
