@@ -189,7 +189,9 @@ void PlotCanvas::RenderFrame() {
     // Opaque, so the paint copies it without blending.
     frame_.fill(Qt::white);
     if (timeAxis_) {
-        timeTicker_->setDateTimeFormat(TimeTickFormat(xAxis->range().size(), model_.historyDisplay));
+        // The span as set: the margin right of it does not change what the ticks show.
+        const double span = model_.limits.xMax - model_.limits.xMin;
+        timeTicker_->setDateTimeFormat(TimeTickFormat(span, model_.historyDisplay));
         timeTicker_->setTickCount(std::max(2, PlotArea().width() / kTimeTickPixels));
     }
     // Element labels are thinned by the plot width, which only a layout at

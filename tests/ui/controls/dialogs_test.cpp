@@ -30,21 +30,17 @@ TEST(ScopedDialogResponder, RecordsEveryBoxInOrderAndAnswersFromTheQueue) {
     EXPECT_EQ(MsgBox("Error Reading History Data: timeout", B::AbortRetryIgnore), R::Retry);
     EXPECT_EQ(InputBox("Modify displayed threshold of BPM07", "Change Threshold", "1.5"), "0.75");
     EXPECT_EQ(InputBox("Modify displayed threshold of BPM08", "Change Threshold", "2"), "");
-    EXPECT_EQ(MsgBox("Vertical Zooms will be lost! Sorry!", B::OKCancel, MsgBoxIcon::None, "Switching Scaling Modes"),
-              R::Cancel);
-
-    EXPECT_THAT(boxes.Texts(), ElementsAre("PROBLEMS!   Server not found", "Error Reading History Data: timeout",
-                                           "Modify displayed threshold of BPM07",
-                                           "Modify displayed threshold of BPM08",
-                                           "Vertical Zooms will be lost! Sorry!"));
-    const auto& records = boxes.Records();
-    ASSERT_EQ(records.size(), 5u);
-    EXPECT_EQ(records[0].title, "");
-    EXPECT_EQ(records[1].buttons, B::AbortRetryIgnore);
-    EXPECT_EQ(records[1].result, R::Retry);
-    EXPECT_EQ(records[2].kind, DialogRecord::Kind::Input);
-    EXPECT_EQ(records[2].title + "|" + records[2].defaultText + "|" + records[2].input, "Change Threshold|1.5|0.75");
-    EXPECT_EQ(records[4].title, "Switching Scaling Modes");
+    EXPECT_EQ(MsgBox("Vertical Zooms will be lost! Sorry!", B::OKCancel, MsgBoxIcon::None, "Switching Scaling Modes"), R::Cancel);
+    std::vector<std::string> seen;  // kind, text, title, buttons, default and answers of each record
+    for (const DialogRecord& r : boxes.Records())
+        seen.push_back(std::to_string(static_cast<int>(r.kind)) + "|" + r.text + "|" + r.title + "|" +
+                       std::to_string(static_cast<int>(r.buttons)) + "|" + r.defaultText + "|" +
+                       std::to_string(static_cast<int>(r.result)) + "|" + r.input);
+    EXPECT_THAT(seen, ElementsAre("0|PROBLEMS!   Server not found||0||1|", "0|Error Reading History Data: timeout||2||4|",
+                                  "1|Modify displayed threshold of BPM07|Change Threshold|0|1.5|1|0.75",
+                                  "1|Modify displayed threshold of BPM08|Change Threshold|0|2|1|",
+                                  "0|Vertical Zooms will be lost! Sorry!|Switching Scaling Modes|1||2|"));
+    EXPECT_EQ(boxes.Texts().back(), "Vertical Zooms will be lost! Sorry!");
     EXPECT_THAT(boxes.Problems(), IsEmpty());
     EXPECT_EQ(boxes.PendingAnswers(), 0u);
 }

@@ -2,6 +2,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <sstream>
+
 #include "catalogue/runtime_error.h"
 #include "ui/controls/interval_timer.h"
 #include "vire/clock.h"
@@ -29,42 +31,29 @@ protected:
 };
 
 TEST_F(TimerTest, TicksFollowEnabledAndInterval) {
-    enum Op { Enable, Disable, Interval, Advance };
-    struct Step { Op op; int32_t value; int ticksAfter; };
-    struct Case { const char* name; std::vector<Step> steps; };
-    const Case cases[] = {
-        {"disabled at first", {{Interval, 500, 0}, {Advance, 5000, 0}}},
-        {"a tick every interval",
-         {{Interval, 500, 0}, {Enable, 0, 0}, {Advance, 499, 0}, {Advance, 1, 1}, {Advance, 1000, 3}}},
-        {"disable stops, enabling again waits a full interval",
-         {{Interval, 500, 0}, {Enable, 0, 0}, {Advance, 300, 0}, {Disable, 0, 0}, {Advance, 1000, 0},
-          {Enable, 0, 0}, {Advance, 499, 0}, {Advance, 1, 1}}},
-        {"enabling an enabled timer keeps its countdown",
-         {{Interval, 500, 0}, {Enable, 0, 0}, {Advance, 300, 0}, {Enable, 0, 0}, {Advance, 200, 1}}},
-        {"a new interval restarts the countdown",
-         {{Interval, 500, 0}, {Enable, 0, 0}, {Advance, 400, 0}, {Interval, 300, 0},
-          {Advance, 299, 0}, {Advance, 1, 1}, {Advance, 300, 2}}},
-        {"the same interval again keeps the countdown",
-         {{Interval, 500, 0}, {Enable, 0, 0}, {Advance, 400, 0}, {Interval, 500, 0}, {Advance, 100, 1}}},
-        {"interval 0 silences an enabled timer",
-         {{Interval, 500, 0}, {Enable, 0, 0}, {Interval, 0, 0}, {Advance, 5000, 0}, {Interval, 100, 0},
-          {Advance, 100, 1}}},
-        {"an interval set while disabled counts from enabling",
-         {{Interval, 200, 0}, {Advance, 1000, 0}, {Enable, 0, 0}, {Advance, 199, 0}, {Advance, 1, 1}}},
+    // Steps: E enable, D disable, I<ms> interval, A<ms>=<ticks so far> advance the clock.
+    const std::pair<const char*, std::string> cases[] = {
+        {"disabled at first", "I500 A5000=0"},
+        {"a tick every interval", "I500 E A499=0 A1=1 A1000=3"},
+        {"disable stops, enabling again waits a full interval", "I500 E A300=0 D A1000=0 E A499=0 A1=1"},
+        {"enabling an enabled timer keeps its countdown", "I500 E A300=0 E A200=1"},
+        {"a new interval restarts the countdown", "I500 E A400=0 I300 A299=0 A1=1 A300=2"},
+        {"the same interval again keeps the countdown", "I500 E A400=0 I500 A100=1"},
+        {"interval 0 silences an enabled timer", "I500 E I0 A5000=0 I100 A100=1"},
+        {"an interval set while disabled counts from enabling", "I200 A1000=0 E A199=0 A1=1"},
     };
-    for (const Case& c : cases) {
+    for (const auto& [name, steps] : cases) {
         IntervalTimer timer;
         int ticks = 0;
         QObject::connect(&timer, &IntervalTimer::Tick, [&] { ++ticks; });
-        for (size_t i = 0; i < c.steps.size(); ++i) {
-            const Step& step = c.steps[i];
-            switch (step.op) {
-                case Enable: timer.SetEnabled(true); break;
-                case Disable: timer.SetEnabled(false); break;
-                case Interval: timer.SetInterval(step.value); break;
-                case Advance: scheduler_.AdvanceBy(step.value); break;
-            }
-            EXPECT_EQ(ticks, step.ticksAfter) << c.name << ", step " << i;
+        std::istringstream in(steps);
+        for (std::string step; in >> step;) {
+            const int32_t value = step.size() > 1 ? std::stoi(step.substr(1)) : 0;
+            if (step[0] == 'E' || step[0] == 'D') timer.SetEnabled(step[0] == 'E');
+            if (step[0] == 'I') timer.SetInterval(value);
+            if (step[0] != 'A') continue;
+            scheduler_.AdvanceBy(value);
+            EXPECT_EQ(ticks, std::stoi(step.substr(step.find('=') + 1))) << name << ", " << step;
         }
     }
     EXPECT_EQ(scheduler_.ActiveTimers(), 0u);  // every timer stopped when it went away

@@ -70,34 +70,25 @@ TEST(MonthCalendar, ValueStaysWithinItsLimits) {
     MonthCalendar calendar;
     EXPECT_EQ(calendar.objectName(), "MonthView1");
     const QDate today(2024, 2, 29);
-    // Start-up: value and both limits on today.
-    calendar.SetValue(today);
-    calendar.SetMinDate(today);
-    calendar.SetMaxDate(today);
-    EXPECT_EQ(calendar.Value(), today);
-    EXPECT_EQ(calendar.ValueSeconds(), 1709164800);
-    EXPECT_EQ(calendar.yearShown(), 2024);
-    EXPECT_EQ(calendar.monthShown(), 2);
-
-    struct Case { QDate set; QDate value; };
-    const Case cases[] = {
-        {QDate(2024, 2, 28), today}, {QDate(2024, 3, 1), today}, {QDate(), today}, {today, today},
+    // Start-up puts value and both limits on today; then each step sets one thing.
+    struct Step { char what; QDate set, value; int monthShown; };
+    const Step steps[] = {
+        {'v', today, today, 2},  {'<', today, today, 2}, {'>', today, today, 2},
+        {'v', QDate(2024, 2, 28), today, 2}, {'v', QDate(2024, 3, 1), today, 2}, {'v', QDate(), today, 2},
+        {'<', QDate(2024, 1, 1), today, 2}, {'>', QDate(2024, 12, 31), today, 2},
+        {'v', QDate(2024, 6, 15), QDate(2024, 6, 15), 6},
+        {'>', QDate(2024, 5, 31), QDate(2024, 5, 31), 5},  // a limit past the value pulls it along
+        {'<', QDate(), QDate(2024, 5, 31), 5},             // no day: the limit stays
     };
-    for (const Case& c : cases) {
-        calendar.SetValue(c.set);
-        EXPECT_EQ(calendar.Value(), c.value) << c.set.toString().toStdString();
+    for (const Step& s : steps) {
+        s.what == 'v' ? calendar.SetValue(s.set) : s.what == '<' ? calendar.SetMinDate(s.set) : calendar.SetMaxDate(s.set);
+        const std::string name = s.what + s.set.toString(Qt::ISODate).toStdString();
+        EXPECT_EQ(calendar.Value(), s.value) << name;
+        EXPECT_EQ(calendar.monthShown(), s.monthShown) << name;
     }
-
-    // Wider limits: the value moves freely; a limit past it pulls it along.
-    calendar.SetMinDate(QDate(2024, 1, 1));
-    calendar.SetMaxDate(QDate(2024, 12, 31));
-    calendar.SetValue(QDate(2024, 6, 15));
-    EXPECT_EQ(calendar.Value(), QDate(2024, 6, 15));
-    EXPECT_EQ(calendar.monthShown(), 6);
-    calendar.SetMaxDate(QDate(2024, 5, 31));
-    EXPECT_EQ(calendar.Value(), QDate(2024, 5, 31));
-    calendar.SetMinDate(QDate());
     EXPECT_EQ(calendar.MinDate(), QDate(2024, 1, 1));
+    calendar.SetValue(today);
+    EXPECT_EQ(calendar.ValueSeconds(), 1709164800);
 }
 
 TEST(MonthCalendar, AUserClickOnADaySignalsThatDayButCodeDoesNot) {

@@ -1,6 +1,5 @@
 // The value grid: cell bounds and colours, the block paste, twips widths and
-// fitted size, mouse signals.
-#include <gmock/gmock.h>
+// fitted size, mouse signals; twips and colour conversions.
 #include <gtest/gtest.h>
 
 #include <QHeaderView>
@@ -16,8 +15,6 @@
 namespace ui {
 namespace {
 
-using ::testing::ElementsAre;
-
 TEST(Twips, RoundToTheNearestPixelAtTheGivenResolution) {
     struct Case { int32_t twips; int dpi; int32_t pixels; };
     const Case cases[] = {{1440, 96, 96}, {1000, 96, 67}, {1100, 96, 73}, {7, 96, 0}, {8, 96, 1},
@@ -28,9 +25,8 @@ TEST(Twips, RoundToTheNearestPixelAtTheGivenResolution) {
 }
 
 TEST(Colour, ValuesAreBlueGreenRedAndSystemColoursComeFromThePalette) {
-    const std::pair<uint32_t, QColor> cases[] = {
-        {0x800000, QColor(0, 0, 128)}, {0x0080FF, QColor(255, 128, 0)},
-        {0xFFC0C0, QColor(192, 192, 255)}, {0x01123456, QColor(0x56, 0x34, 0x12)}};
+    const std::pair<uint32_t, QColor> cases[] = {{0x800000, QColor(0, 0, 128)}, {0x0080FF, QColor(255, 128, 0)},
+                                                 {0xFFC0C0, QColor(192, 192, 255)}, {0x01123456, QColor(0x56, 0x34, 0x12)}};
     for (const auto& [value, colour] : cases) {
         EXPECT_EQ(ResolveColour(value), colour) << std::hex << value;
         EXPECT_EQ(ColourValue(colour), value & 0xFFFFFF) << std::hex << value;
@@ -61,23 +57,19 @@ std::string ErrorOf(const std::function<void()>& call) {
 
 TEST(ValueGrid, EveryAccessOutsideTheGridIsARuntimeError) {
     auto grid = ItemGrid();
-    struct Case { int row, col; std::string message; };
-    const Case cases[] = {{10, 0, "GridSelected row: index 10 outside 0..9"},
-                          {-1, 2, "GridSelected row: index -1 outside 0..9"},
-                          {9, 3, "GridSelected column: index 3 outside 0..2"}};
-    for (const Case& c : cases) {
-        const int r = c.row, k = c.col;
-        EXPECT_EQ(ErrorOf([&] { grid->TextMatrix(r, k); }), c.message);
-        EXPECT_EQ(ErrorOf([&] { grid->SetTextMatrix(r, k, "x"); }), c.message);
-        EXPECT_EQ(ErrorOf([&] { grid->CellBackColour(r, k); }), c.message);
-        EXPECT_EQ(ErrorOf([&] { grid->SetCellForeColour(r, k, 0); }), c.message);
-        EXPECT_EQ(ErrorOf([&] { grid->PasteBlock(1, 1, r, k, "a"); }), c.message);
-    }
-    EXPECT_EQ(ErrorOf([&] { grid->SetRows(-1); }), "GridSelected row count: index -1 outside 0..32767");
-    EXPECT_EQ(ErrorOf([&] { grid->SetCols(32768); }),
-              "GridSelected column count: index 32768 outside 0..32767");
-    EXPECT_EQ(ErrorOf([&] { grid->SetColWidth(0, -2); }),
-              "GridSelected column width: index -2 outside -1..2147483647");
+    const std::string row10 = "GridSelected row: index 10 outside 0..9", col3 = "GridSelected column: index 3 outside 0..2";
+    const std::pair<std::function<void()>, std::string> cases[] = {
+        {[&] { grid->TextMatrix(10, 0); }, row10},
+        {[&] { grid->SetTextMatrix(-1, 2, "x"); }, "GridSelected row: index -1 outside 0..9"},
+        {[&] { grid->CellBackColour(9, 3); }, col3},
+        {[&] { grid->SetCellForeColour(10, 0, 0); }, row10},
+        {[&] { grid->PasteBlock(1, 1, 9, 3, "a"); }, col3},
+        {[&] { grid->ColWidth(3); }, col3},
+        {[&] { grid->SetRows(-1); }, "GridSelected row count: index -1 outside 0..32767"},
+        {[&] { grid->SetCols(32768); }, "GridSelected column count: index 32768 outside 0..32767"},
+        {[&] { grid->SetColWidth(0, -2); }, "GridSelected column width: index -2 outside -1..2147483647"},
+    };
+    for (const auto& [call, message] : cases) EXPECT_EQ(ErrorOf(call), message);
     EXPECT_EQ(grid->TextMatrix(1, 1), "");  // the failed paste wrote nothing
     grid->SetRows(0);
     EXPECT_EQ(ErrorOf([&] { grid->TextMatrix(0, 0); }), "GridSelected row: index 0 outside 0..-1");
@@ -85,28 +77,23 @@ TEST(ValueGrid, EveryAccessOutsideTheGridIsARuntimeError) {
 
 TEST(ValueGrid, ColoursReadBackAsSetDefaultByFixedCellsAndClearDropsThem) {
     auto grid = ItemGrid();
-    EXPECT_EQ(grid->CellBackColour(0, 1), kSystemButtonFace);  // heading row
-    EXPECT_EQ(grid->CellForeColour(0, 1), kSystemButtonText);
-    EXPECT_EQ(grid->CellBackColour(1, 0), kSystemWindow);
-    EXPECT_EQ(grid->CellForeColour(1, 0), kSystemWindowText);
+    auto colours = [&](int r, int c) { return std::pair(grid->CellBackColour(r, c), grid->CellForeColour(r, c)); };
+    EXPECT_EQ(colours(0, 1), std::pair(kSystemButtonFace, kSystemButtonText));  // heading row
+    EXPECT_EQ(colours(1, 0), std::pair(kSystemWindow, kSystemWindowText));
     grid->SetFixedCols(1);
-    EXPECT_EQ(grid->CellBackColour(1, 0), kSystemButtonFace);
-
+    EXPECT_EQ(colours(1, 0), std::pair(kSystemButtonFace, kSystemButtonText));
     grid->SetColWidth(0, 1000);
     grid->SetTextMatrix(1, 0, "BPM03/ORKA");
     grid->SetCellBackColour(1, 0, 0x800000);
     grid->SetCellForeColour(1, 0, 0xFFFFFF);
-    EXPECT_EQ(grid->CellBackColour(1, 0), 0x800000u);
+    EXPECT_EQ(colours(1, 0), std::pair(0x800000u, 0xFFFFFFu));
     EXPECT_EQ(grid->item(1, 0)->background().color(), QColor(0, 0, 128));
     EXPECT_EQ(grid->item(1, 0)->foreground().color(), QColor(255, 255, 255));
-    EXPECT_EQ(grid->CellBackColour(2, 0), kSystemButtonFace);  // the neighbour is untouched
-
+    EXPECT_EQ(colours(2, 0), std::pair(kSystemButtonFace, kSystemButtonText));  // the neighbour is untouched
     grid->Clear();
     EXPECT_EQ(grid->TextMatrix(1, 0), "");
-    EXPECT_EQ(grid->CellBackColour(1, 0), kSystemButtonFace);
-    EXPECT_EQ(grid->CellForeColour(1, 0), kSystemButtonText);
-    EXPECT_EQ(grid->ColWidth(0), 1000);
-    EXPECT_EQ(std::pair(grid->Rows(), grid->Cols()), std::pair(10, 3));
+    EXPECT_EQ(colours(1, 0), std::pair(kSystemButtonFace, kSystemButtonText));
+    EXPECT_EQ(std::tuple(grid->ColWidth(0), grid->Rows(), grid->Cols()), std::tuple(1000, 10, 3));
 }
 
 TEST(ValueGrid, BlockPasteFillsTheRangeFromItsTopLeftCell) {
@@ -144,10 +131,8 @@ TEST(ValueGrid, ColumnWidthsInTwipsAndASizeFittedToRowsAndColumns) {
     auto grid = ItemGrid();
     const int32_t widths[] = {1000, 1100, 1100};
     for (int c = 0; c < 3; ++c) grid->SetColWidth(c, widths[c]);
-    for (int c = 0; c < 3; ++c) {
-        EXPECT_EQ(grid->ColWidth(c), widths[c]);
-        EXPECT_EQ(grid->columnWidth(c), TwipsToPixels(widths[c], grid->logicalDpiX()));
-    }
+    for (int c = 0; c < 3; ++c)
+        EXPECT_EQ(std::pair(grid->ColWidth(c), grid->columnWidth(c)), std::pair(widths[c], TwipsToPixels(widths[c], grid->logicalDpiX())));
     grid->SetRowHeight(0, 480);
     EXPECT_EQ(grid->rowHeight(0), TwipsToPixels(480, grid->logicalDpiY()));
     grid->FitWidthToColumns();
@@ -155,69 +140,57 @@ TEST(ValueGrid, ColumnWidthsInTwipsAndASizeFittedToRowsAndColumns) {
     grid->show();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(grid.get()));
     // Fitted: every cell shows, nothing to scroll, no spare room.
-    EXPECT_EQ(grid->horizontalScrollBar()->maximum(), 0);
-    EXPECT_EQ(grid->verticalScrollBar()->maximum(), 0);
-    EXPECT_EQ(grid->viewport()->width(), grid->columnWidth(0) + grid->columnWidth(1) + grid->columnWidth(2));
     int rowsHeight = 0;
     for (int r = 0; r < 10; ++r) rowsHeight += grid->rowHeight(r);
-    EXPECT_EQ(grid->viewport()->height(), rowsHeight);
+    EXPECT_EQ(std::tuple(grid->horizontalScrollBar()->maximum(), grid->verticalScrollBar()->maximum(), grid->viewport()->width(),
+                         grid->viewport()->height()),
+              std::tuple(0, 0, grid->columnWidth(0) + grid->columnWidth(1) + grid->columnWidth(2), rowsHeight));
     grid->SetColWidth(1, -1);
     EXPECT_EQ(grid->columnWidth(1), grid->horizontalHeader()->defaultSectionSize());
 }
 
-class GridMouse : public ::testing::Test {
-protected:
-    void SetUp() override {
-        grid_->resize(600, 400);  // room beside the cells
-        grid_->show();
-        ASSERT_TRUE(QTest::qWaitForWindowExposed(grid_.get()));
-        QObject::connect(grid_.get(), &ValueGrid::MouseDown, [this](int b, int s, int r, int c) {
-            events_.push_back("down " + std::to_string(b) + " " + std::to_string(s) + " " +
-                              std::to_string(r) + "," + std::to_string(c));
-        });
-        QObject::connect(grid_.get(), &ValueGrid::Click, [this](int r, int c) {
-            events_.push_back("click " + std::to_string(r) + "," + std::to_string(c));
-        });
-    }
-    QPoint At(int row, int col) const { return grid_->visualRect(grid_->model()->index(row, col)).center(); }
-    void Send(QEvent::Type type, QPoint at) {
-        QMouseEvent event(type, at, grid_->viewport()->mapToGlobal(at), Qt::LeftButton,
+TEST(ValueGrid, PressesReportButtonShiftAndCellOnlyLeftClicksReleasedOverTheGridClickOnce) {
+    auto grid = ItemGrid();
+    grid->resize(600, 400);  // room beside the cells
+    grid->show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(grid.get()));
+    std::vector<std::string> events;
+    QObject::connect(grid.get(), &ValueGrid::MouseDown, [&](int b, int s, int r, int c) {
+        events.push_back("down " + std::to_string(b) + " " + std::to_string(s) + " " + std::to_string(r) + "," + std::to_string(c));
+    });
+    QObject::connect(grid.get(), &ValueGrid::Click,
+                     [&](int r, int c) { events.push_back("click " + std::to_string(r) + "," + std::to_string(c)); });
+    auto at = [&](int row, int col) { return grid->visualRect(grid->model()->index(row, col)).center(); };
+    auto send = [&](QEvent::Type type, QPoint p) {
+        QMouseEvent event(type, p, grid->viewport()->mapToGlobal(p), Qt::LeftButton,
                           type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton, {});
-        QApplication::sendEvent(grid_->viewport(), &event);
-    }
-    std::unique_ptr<ValueGrid> grid_ = ItemGrid();
-    std::vector<std::string> events_;
-};
-
-TEST_F(GridMouse, PressesReportButtonShiftAndCellAndOnlyLeftClicksClick) {
-    struct Case { Qt::MouseButton button; Qt::KeyboardModifiers keys; int row, col; std::vector<std::string> events; };
+        QApplication::sendEvent(grid->viewport(), &event);
+    };
+    using V = std::vector<std::string>;
+    struct Case { const char* name; std::function<void()> act; V events; };
     const Case cases[] = {
-        {Qt::LeftButton, {}, 3, 1, {"down 1 0 3,1", "click 3,1"}},
-        {Qt::RightButton, {}, 2, 0, {"down 2 0 2,0"}},
-        {Qt::MiddleButton, {}, 9, 2, {"down 4 0 9,2"}},
-        {Qt::LeftButton, Qt::ShiftModifier, 0, 0, {"down 1 1 0,0", "click 0,0"}},
-        {Qt::RightButton, Qt::ControlModifier | Qt::AltModifier, 1, 2, {"down 2 6 1,2"}},
+        {"left", [&] { QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, at(3, 1)); }, {"down 1 0 3,1", "click 3,1"}},
+        {"right", [&] { QTest::mouseClick(grid->viewport(), Qt::RightButton, {}, at(2, 0)); }, {"down 2 0 2,0"}},
+        {"middle", [&] { QTest::mouseClick(grid->viewport(), Qt::MiddleButton, {}, at(9, 2)); }, {"down 4 0 9,2"}},
+        {"shift", [&] { QTest::mouseClick(grid->viewport(), Qt::LeftButton, Qt::ShiftModifier, at(0, 0)); },
+         {"down 1 1 0,0", "click 0,0"}},
+        {"ctrl alt", [&] { QTest::mouseClick(grid->viewport(), Qt::RightButton, Qt::ControlModifier | Qt::AltModifier, at(1, 2)); },
+         {"down 2 6 1,2"}},
+        {"beside the cells", [&] { QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, QPoint(590, 390)); },
+         {"down 1 0 -1,-1", "click -1,-1"}},
+        {"released away", [&] { send(QEvent::MouseButtonPress, at(4, 1)), send(QEvent::MouseButtonRelease, QPoint(-30, -30)); },
+         {"down 1 0 4,1"}},
+        {"double click, as Qt delivers it", [&] {
+             for (auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease, QEvent::MouseButtonPress,
+                               QEvent::MouseButtonDblClick, QEvent::MouseButtonRelease})
+                 send(type, at(5, 0));
+         }, {"down 1 0 5,0", "click 5,0", "down 1 0 5,0"}},
     };
     for (const Case& c : cases) {
-        events_.clear();
-        QTest::mouseClick(grid_->viewport(), c.button, c.keys, At(c.row, c.col));
-        EXPECT_EQ(events_, c.events) << c.row << "," << c.col;
+        events.clear();
+        c.act();
+        EXPECT_EQ(events, c.events) << c.name;
     }
-    events_.clear();
-    QTest::mouseClick(grid_->viewport(), Qt::LeftButton, {}, QPoint(590, 390));
-    EXPECT_THAT(events_, ElementsAre("down 1 0 -1,-1", "click -1,-1"));
-}
-
-TEST_F(GridMouse, ReleaseAwayFromTheGridIsNoClickAndADoubleClickIsOneClick) {
-    Send(QEvent::MouseButtonPress, At(4, 1));
-    Send(QEvent::MouseButtonRelease, QPoint(-30, -30));
-    EXPECT_THAT(events_, ElementsAre("down 1 0 4,1"));
-    events_.clear();
-    // As Qt delivers a double click: press, release, press, double-click, release.
-    for (QEvent::Type type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease, QEvent::MouseButtonPress,
-                              QEvent::MouseButtonDblClick, QEvent::MouseButtonRelease})
-        Send(type, At(5, 0));
-    EXPECT_THAT(events_, ElementsAre("down 1 0 5,0", "click 5,0", "down 1 0 5,0"));
 }
 
 }  // namespace

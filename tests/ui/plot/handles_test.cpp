@@ -114,13 +114,8 @@ TEST(PlotHandles, NewObjectsTakeTheSettingsInForceWhenMade) {
     const int32_t blue = plot.CreateTrace(4, kValues);
     const ui::PlotModel& m = plot.Model();
     EXPECT_EQ((std::vector<uint32_t>{m.traces.Find(green)->colour, m.texts.Find(text)->colour, m.marks.Find(mark)->colour,
-                                     m.traces.Find(blue)->colour}),
-              (std::vector<uint32_t>{0x008000, 0x008000, 0x0000FF, 0xFF0000}));
-    EXPECT_EQ(m.traces.Find(green)->style, ui::kTraceStyleReference);
-    EXPECT_EQ(m.traces.Find(blue)->style, ui::kTraceStyleNormal);
-    // 0x00BBGGRR: red is the low byte; bits above the colour are ignored.
-    EXPECT_EQ(ui::ToQColor(0x0080FF), QColor(255, 128, 0));
-    EXPECT_EQ(ui::ToQColor(0x8000000F), QColor(15, 0, 0));
+                                     m.traces.Find(blue)->colour, uint32_t(m.traces.Find(green)->style), uint32_t(m.traces.Find(blue)->style)}),
+              (std::vector<uint32_t>{0x008000, 0x008000, 0x0000FF, 0xFF0000, ui::kTraceStyleReference, ui::kTraceStyleNormal}));
 }
 
 TEST(PlotHandles, ClearRemovesWhatThePlotHoldsButKeepsItsAxes) {

@@ -93,6 +93,9 @@ TEST(Labels, LongLabelsAreCutOnTheAxisAndShownWholeUnderTheCursor) {
     EXPECT_EQ(axis.labels.front().size(), ui::ElementTicker::kMaxLabelLength);
     EXPECT_TRUE(axis.labels.front().endsWith(QChar(0x2026)));
     EXPECT_TRUE(QString::fromStdString(whole).startsWith(axis.labels.front().chopped(1)));
+    ui::PlexPlot fits;  // a label of just the longest length stays whole
+    EXPECT_EQ(LabelsOf(fits, 10, std::string(ui::ElementTicker::kMaxLabelLength - 1, 'Q')).labels.front(),
+              QString(ui::ElementTicker::kMaxLabelLength - 1, 'Q') + "0");
     plot.SetXRange(-2, 11);  // room beside the elements
     plot.Canvas()->grab();
     const std::pair<double, std::string> cases[] = {{3.0, whole + " #3"}, {3.4, whole + " #3"}, {3.6, whole + " #4"},
@@ -123,6 +126,8 @@ TEST(Labels, TheFirstVisibleLabelledTraceLabelsTheAxis) {
     EXPECT_EQ(shown(), "a0");
     plot.ShowTrace(first, false);
     EXPECT_EQ(shown(), "b0");
+    QTest::mouseMove(plot.Canvas(), plot.Canvas()->ToPixel(1, 1).toPoint());  // under the cursor too
+    EXPECT_EQ(plot.HoverLabel(), "b1");
     plot.RemoveAllTraces();
     EXPECT_EQ(shown(), "0");  // plain numbers again
 }

@@ -94,6 +94,7 @@ TEST_F(ZoomTest, UnzoomReturnsToTheRangeBeforeTheFirstZoomAResetKeepsTheLimitsSi
     const Ranges home{0, 100, 0, 50}, fromCode{10, 20, 0, 50};
     const Case cases[] = {
         {"backward drag after two zooms", 2, "back", 1, home},
+        {"backward drag of the least length that counts", 1, "back4", 1, home},
         {"double click after one zoom", 1, "double", 1, home},
         {"call after three zooms", 3, "call", 1, home},
         {"backward drag when not zoomed", 0, "back", 0, fromCode},
@@ -110,6 +111,7 @@ TEST_F(ZoomTest, UnzoomReturnsToTheRangeBeforeTheFirstZoomAResetKeepsTheLimitsSi
         zooms.clear();
         zoomedInEvent.clear();
         if (c.how == "back") Drag(At(0.8, 0.2), At(0.2, 0.7));
+        if (c.how == "back4") Drag(At(0.5, 0.5), At(0.5, 0.5) - QPoint(4, 0));
         if (c.how == "double") QTest::mouseDClick(canvas(), Qt::LeftButton, {}, At(0.5, 0.5));
         const bool undone = c.how == "call" ? plot.UnZoom() : c.how == "reset" ? plot.ResetZoom() : c.zoomsFirst > 0;
         EXPECT_EQ(undone, c.zoomsFirst > 0) << c.name;
