@@ -16,6 +16,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QSpinBox>
 #include <QSplitter>
 #include <QStatusBar>
@@ -251,8 +252,11 @@ void SpectrumForm::Form_Resize() {
     // A grid is as wide as its columns and at most as high as its rows; on a
     // small screen it scrolls rather than pushing the plots off the window.
     for (ui::ValueGrid* grid : {GridSelected, GridExtra, GridAccelerator}) {
+        grid->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
         grid->FitWidthToColumns();
         grid->FitHeightToRows();
+        // Room for the vertical scroll bar the grid shows when it is cut short.
+        grid->setFixedWidth(grid->width() + grid->verticalScrollBar()->sizeHint().width());
         const int fitted = grid->height();
         grid->setMinimumHeight(std::min(fitted, kGridMinimumHeight));
         grid->setMaximumHeight(fitted);
