@@ -59,6 +59,7 @@ struct FormState {
     PropMap PropHeadChannel{};
     int16_t PropBoxesUsed = 0;
     int16_t ChannelsStarted = 0;
+    std::string OpenFailure;         // the part the last channel choice could not open
     int16_t CompanionMarker = -1;    // every catalogue load sets it to -1
     int16_t LinkRestartCalls = 0;
     bool AxisReset = false;

@@ -18,8 +18,10 @@ void SpectrumForm::ShowLinkStatus() {
     // A failing part does not stop the others: its state is named in the
     // plot's caption and the status line, the healthy parts keep updating.
     const catalogue::Catalogue& cat = s_.cat;
+    const QString openFailure =
+        s_.OpenFailure.empty() ? QString() : "  " + tr("FAILING: ") + QString::fromStdString(s_.OpenFailure);
     if (s_.ChannelsStarted == 0) {
-        StatusLine->setText(tr("No live links"));
+        StatusLine->setText(tr("No live links") + openFailure);
         return;
     }
     const catalogue::SpectrumRecord& head = cat.SpectrumList[cat.CurrentSpectrum];
@@ -38,7 +40,8 @@ void SpectrumForm::ShowLinkStatus() {
         failures += "/" + record.Context + "/" + record.Server + "/" + record.Device + " " + record.Property + ": " +
                     vire::ErrorText(status) + " (" + std::to_string(status) + ")";
     }
-    const std::string caption = TraceCaptionPrefix() + cat.SpectrumList[cat.CurrentSpectrum + s_.ChannelsStarted - 1].Description;
+    // The caption names the channel the operator chose, not its last part.
+    const std::string caption = TraceCaptionPrefix() + head.Description;
     PLEXPlotSpectrum->SetCaption(failures.empty() ? caption : caption + "  [" + failures + "]");
     QString text = QString("%1: %2 link(s), polled every %3 ms")
                        .arg(QString::fromStdString(head.Description))
@@ -46,7 +49,7 @@ void SpectrumForm::ShowLinkStatus() {
                        .arg(s_.PollIntervalMs);
     if (waiting > 0) text += tr(", waiting for the first reading");
     if (!failures.empty()) text += "  " + tr("FAILING: ") + QString::fromStdString(failures);
-    StatusLine->setText(text);
+    StatusLine->setText(text + openFailure);
 }
 
 }  // namespace viewer

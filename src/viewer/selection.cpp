@@ -92,11 +92,16 @@ void SpectrumForm::SpectrumCombo_Click() {
 
 int16_t SpectrumForm::OpenSpectrumParts(int16_t head, const std::function<void(int16_t)>& opened) {
     const catalogue::Catalogue& cat = s_.cat;
+    s_.OpenFailure.clear();
     int16_t count = 0;
     for (int16_t k = 0; k < kMaxSpectrumParts; ++k) {
         const auto e = static_cast<int16_t>(head + k);
         const int16_t status = OpenChannel(e);
         if (status != 0) {
+            const catalogue::SpectrumRecord& record = cat.SpectrumList[e];
+            s_.OpenFailure = "/" + record.Context + "/" + record.Server + "/" + record.Device + " " +
+                             record.Property + " not opened: " + vire::ErrorText(status) + " (" +
+                             std::to_string(status) + ")";
             ui::MsgBox("PROBLEMS!   " + vire::ErrorText(status));
             break;
         }

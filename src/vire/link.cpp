@@ -54,7 +54,9 @@ std::string UserName() {
     std::lock_guard<std::mutex> lock(userMutex);
     if (userOverride) return *userOverride;
     if (const char* name = std::getenv("USERNAME"); name && *name) return name;
-    if (const char* name = std::getenv("USER"); name && *name) return name;
+    // The login name, as the platform's sessions and services set it.
+    for (const char* variable : {"USER", "LOGNAME"})
+        if (const char* name = std::getenv(variable); name && *name) return name;
     return "";
 }
 

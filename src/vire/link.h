@@ -30,10 +30,10 @@ int16_t RPCERR(Status status, char* buffer, size_t bufferSize);
 std::string ErrorText(Status status);
 
 // Who is calling: writes are allowed or refused per user. The process's
-// "USERNAME" (else "USER") unless set.
+// "USERNAME" (else the login name, "USER" or "LOGNAME") unless set.
 std::string UserName();
 void SetUserName(const std::string& name);
-// Back to the process's "USERNAME" / "USER" (what SetUserName replaced).
+// Back to the process's own name (what SetUserName replaced).
 void ResetUserName();
 
 }  // namespace vire

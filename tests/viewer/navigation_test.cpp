@@ -5,6 +5,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGroupBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 
@@ -75,6 +76,7 @@ TEST(Selection, ChoosingAChannelStartsEveryPartAndFillsTheElementChooser) {
     EXPECT_EQ(form.ComboDevs->count(), 128);
     EXPECT_DOUBLE_EQ(form.PLEXPlotSpectrum->XMax(), 31 + 0.2 + 3 * 32);
     EXPECT_EQ(form.PLEXPlotSpectrum->XLabel(), "Device Name/Location");
+    EXPECT_EQ(form.PLEXPlotSpectrum->Caption(), "ORKA: Orbit horizontal") << "the chosen channel, not its last part";
     EXPECT_EQ((std::vector<QString>{form.TxtSelect[0]->text(), form.TxtSelect[1]->text()}),
               (std::vector<QString>{"5", "-5"}));
     EXPECT_FALSE(form.liveShowThreshold->isVisible()) << "no threshold source";
@@ -95,6 +97,9 @@ TEST(Selection, AFailingPartStopsTheGroupWithItsErrorText) {
     EXPECT_EQ(f.dialogs.Texts(), std::vector<std::string>{"PROBLEMS!   " + vire::ErrorText(2)});
     EXPECT_EQ(f.State().ChannelsStarted, 1);
     EXPECT_EQ(form.ComboDevs->count(), 32);
+    EXPECT_NE(form.StatusLine->text().toStdString().find("/ORKA/BPMQ2/ORBIT ORBIT.X not opened: " +
+                                                          vire::ErrorText(2)),
+              std::string::npos);
 }
 
 TEST(Selection, AFifthPropertyIsMappedButHasNoBoxAndASixthIsABoundsFault) {
