@@ -9,6 +9,7 @@
 // directory) or "postgresql://user@host:port/database". --names defaults to
 // LUMISCOPE_NAMES; the device servers are found through it (or through
 // LUMISCOPE_NAMES_FILE) for the recording.
+#include "app/tool_support/help_request.h"
 #include <iostream>
 
 #include "catalogue/numbers.h"
@@ -20,16 +21,22 @@
 
 namespace {
 
+const char* const kUsage =
+    "usage: lumiscope-archiver --config DIR [--db URI] [--listen ADDR] [--names HOST:PORT]"
+    " [--advertise HOST:PORT] [--lease-ms MS] [--record yes|no]\n";
+
 int Usage(const std::string& problem) {
-    std::cerr << "lumiscope-archiver: " << problem
-              << "\nusage: lumiscope-archiver --config DIR [--db URI] [--listen ADDR] [--names HOST:PORT]"
-                 " [--advertise HOST:PORT] [--lease-ms MS] [--record yes|no]\n";
+    std::cerr << "lumiscope-archiver: " << problem << "\n" << kUsage;
     return 2;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
+    if (tool_support::HelpRequested(argc, argv)) {
+        std::cout << kUsage;
+        return 0;
+    }
     net::BlockStopSignals();
     const auto options = net::ParseProgramOptions(
         argc, argv, {"--config", "--db", "--listen", "--names", "--advertise", "--lease-ms", "--record"});

@@ -1,5 +1,6 @@
 // lumiscope-config: reads, dumps (JSON) and checks a configuration directory
 // with the very readers the viewer uses.
+#include "app/tool_support/help_request.h"
 #include <cstdio>
 #include <cstdlib>
 #include <iostream>
@@ -234,6 +235,10 @@ std::optional<std::string> TakeOption(std::vector<std::string>& args, const std:
 }  // namespace
 
 int main(int argc, char** argv) try {
+    if (tool_support::HelpRequested(argc, argv)) {
+        std::cout << kUsage;
+        return 0;
+    }
     std::vector<std::string> args(argv + 1, argv + argc);
     if (args.empty()) return Usage("no command");
     const std::string command = args.front();

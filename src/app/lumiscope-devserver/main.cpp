@@ -8,6 +8,7 @@
 // --names defaults to LUMISCOPE_NAMES, --write-hosts to LUMISCOPE_WRITE_HOSTS
 // and then to this machine only. The simulation's settings (seed, writers,
 // faults) come from the configuration's Simulation.csv and LUMISCOPE_SIM_*.
+#include "app/tool_support/help_request.h"
 #include <iostream>
 
 #include "catalogue/numbers.h"
@@ -28,16 +29,22 @@ bool ParseShard(const std::string& text, int& index, int& count) {
     return true;
 }
 
+const char* const kUsage =
+    "usage: lumiscope-devserver --config DIR [--shard I/N] [--listen ADDR] [--names HOST:PORT]"
+    " [--advertise HOST:PORT] [--write-hosts LIST] [--lease-ms MS]\n";
+
 int Usage(const std::string& problem) {
-    std::cerr << "lumiscope-devserver: " << problem
-              << "\nusage: lumiscope-devserver --config DIR [--shard I/N] [--listen ADDR] [--names HOST:PORT]"
-                 " [--advertise HOST:PORT] [--write-hosts LIST] [--lease-ms MS]\n";
+    std::cerr << "lumiscope-devserver: " << problem << "\n" << kUsage;
     return 2;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
+    if (tool_support::HelpRequested(argc, argv)) {
+        std::cout << kUsage;
+        return 0;
+    }
     net::BlockStopSignals();
     const auto options = net::ParseProgramOptions(
         argc, argv, {"--config", "--shard", "--listen", "--names", "--advertise", "--write-hosts", "--lease-ms"});

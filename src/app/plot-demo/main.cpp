@@ -6,6 +6,7 @@
 // --spectrum picks the spectrum (0 orbit horizontal, 1 orbit vertical, 2 fill
 // pattern, 3 losses); --screenshot saves the window to FILE after MS
 // milliseconds (default 3500) and quits.
+#include "app/tool_support/help_request.h"
 #include <QApplication>
 #include <QTimer>
 #include <cstdio>
@@ -16,7 +17,16 @@
 #include "ui/qt_scheduler.h"
 #include "vire/transport.h"
 
+namespace {
+const char* const kUsage =
+    "usage: lumiscope-plot-demo [--config DIR] [--spectrum N] [--screenshot FILE [--after MS]]\n";
+}  // namespace
+
 int main(int argc, char** argv) {
+    if (tool_support::HelpRequested(argc, argv)) {
+        std::fputs(kUsage, stdout);
+        return 0;
+    }
     QApplication app(argc, argv);
     std::string config = LUMISCOPE_SAMPLE_CONFIG_DIR;
     QString screenshot;
@@ -30,8 +40,7 @@ int main(int argc, char** argv) {
         else if (args[i] == "--after" && hasValue) after = args[++i].toInt();
         else if (args[i] == "--spectrum" && hasValue) spectrum = args[++i].toInt();
         else {
-            std::fprintf(stderr,
-                         "usage: lumiscope-plot-demo [--config DIR] [--spectrum N] [--screenshot FILE [--after MS]]\n");
+            std::fputs(kUsage, stderr);
             return 2;
         }
     }

@@ -1,5 +1,6 @@
 // vire-call: one link call from the shell, answered by the simulated
 // accelerator of a configuration directory.
+#include "app/tool_support/help_request.h"
 #include <algorithm>
 #include <iostream>
 #include <string>
@@ -126,6 +127,10 @@ int Run(const CallArguments& a) {
 }  // namespace
 
 int main(int argc, char** argv) try {
+    if (tool_support::HelpRequested(argc, argv)) {
+        std::cout << kUsage;
+        return 0;
+    }
     CallArguments arguments;
     arguments.configDir = LUMISCOPE_SAMPLE_CONFIG_DIR;
     const std::string problem =
