@@ -20,6 +20,7 @@
 #include <vector>
 
 #include "figure_reporter.h"
+#include "paint_counter.h"
 #include "ui/plot/plex_plot.h"
 #include "ui/plot/plot_canvas.h"
 #include "vire/clock.h"
@@ -30,14 +31,7 @@ constexpr int kWidth = 1200, kHeight = 600;
 constexpr int kTrendTraces = 9, kTrendPoints = 2000;
 constexpr int64_t kStartSeconds = 1'700'000'000;
 
-class PaintCounter : public QObject {
-public:
-    int count = 0;
-    bool eventFilter(QObject*, QEvent* event) override {
-        if (event->type() == QEvent::Paint) ++count;
-        return false;
-    }
-};
+using lumiscope_bench::PaintCounter;
 
 struct Window {
     ui::PlexPlot plot;

@@ -27,6 +27,7 @@
 
 #include "control/program_location.h"
 #include "figure_reporter.h"
+#include "paint_counter.h"
 #include "sim/simulated_accelerator.h"
 #include "ui/plot/plex_plot.h"
 #include "ui/plot/plot_canvas.h"
@@ -70,14 +71,7 @@ void TimeToExit(benchmark::State& state, std::vector<std::string> arguments, int
     state.counters["value"] = Median(times);
 }
 
-class PaintCounter : public QObject {
-public:
-    int count = 0;
-    bool eventFilter(QObject*, QEvent* event) override {
-        if (event->type() == QEvent::Paint) ++count;
-        return false;
-    }
-};
+using lumiscope_bench::PaintCounter;
 
 // The window on the wide device, fed by the simulated accelerator until the
 // whole spectrum has arrived once.
