@@ -4,6 +4,7 @@
 #include <QAction>
 #include <QComboBox>
 #include <QDate>
+#include <QDateTime>
 #include <QLabel>
 #include <QMenu>
 #include <QPushButton>
@@ -17,6 +18,7 @@
 #include "viewer/initialising_guard.h"
 #include "viewer/spectrum_form.h"
 #include "viewer/startup_rules.h"
+#include "vire/clock.h"
 #include "vire/link.h"
 #include "vire/queries.h"
 #include "vire/threshold_link.h"
@@ -151,7 +153,7 @@ void SpectrumForm::Form_Load() {
     InitPropSelections(false);
     SwitchScaleMenu(2);
     InitGraphics();
-    const QDate today = QDate::currentDate();
+    const QDate today = QDateTime::fromMSecsSinceEpoch(vire::NowMilliseconds()).date();
     MonthView1->SetMinDate(today);
     MonthView1->SetMaxDate(today);
     MonthView1->SetValue(today);

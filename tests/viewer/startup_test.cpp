@@ -10,6 +10,7 @@
 #include <QPushButton>
 
 #include "form_fixture.h"
+#include "ui/controls/month_calendar.h"
 #include "ui/plot/plex_plot.h"
 #include "scratch_config.h"
 #include "viewer/startup_rules.h"
@@ -69,6 +70,7 @@ TEST(StartUp, ArgumentsChooseMachineSubsystemAndExtras) {
         EXPECT_FALSE(f.State().Initialising) << c.line;
         EXPECT_GT(form.PLEXPlotSpectrum->LinkCount(), 0) << c.line << ": the shown channel goes live";
         EXPECT_EQ(form.LabelSelect[4]->text(), "All Curves");
+        EXPECT_EQ(form.MonthView1->Value(), QDate(2023, 11, 14)) << "the test clock's day";
         EXPECT_EQ(f.dialogs.Texts(), std::vector<std::string>{}) << c.line;
     }
 }
