@@ -26,6 +26,8 @@ void SpectrumForm::ShowLinkStatus() {
     }
     const catalogue::SpectrumRecord& head = cat.SpectrumList[cat.CurrentSpectrum];
     std::string failures;
+    std::string firstError;
+    int failing = 0;
     int waiting = 0;
     for (int16_t r = cat.CurrentSpectrum; r < cat.CurrentSpectrum + s_.ChannelsStarted; ++r) {
         const catalogue::SpectrumRecord& record = cat.SpectrumList[r];
@@ -37,12 +39,17 @@ void SpectrumForm::ShowLinkStatus() {
             continue;
         }
         if (!failures.empty()) failures += "; ";
-        failures += "/" + record.Context + "/" + record.Server + "/" + record.Device + " " + record.Property + ": " +
-                    vire::ErrorText(status) + " (" + std::to_string(status) + ")";
+        const std::string error = vire::ErrorText(status) + " (" + std::to_string(status) + ")";
+        failures += "/" + record.Context + "/" + record.Server + "/" + record.Device + " " + record.Property + ": " + error;
+        if (++failing == 1) firstError = error;
     }
     // The caption names the channel the operator chose, not its last part.
     const std::string caption = TraceCaptionPrefix() + head.Description;
-    PLEXPlotSpectrum->SetCaption(failures.empty() ? caption : caption + "  [" + failures + "]");
+    // One failing part is named; several are counted, the status line names them.
+    const std::string flagged = failing == 1 ? failures
+                                             : std::to_string(failing) + " of " + std::to_string(s_.ChannelsStarted) +
+                                                   " parts failing: " + firstError;
+    PLEXPlotSpectrum->SetCaption(failing == 0 ? caption : caption + "  [" + flagged + "]");
     QString text = QString("%1: %2 link(s), polled every %3 ms")
                        .arg(QString::fromStdString(head.Description))
                        .arg(s_.ChannelsStarted)

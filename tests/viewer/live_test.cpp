@@ -173,6 +173,11 @@ TEST(LiveSpectrum, ADeadPartIsNamedWhileTheOtherPartsKeepUpdating) {
     EXPECT_NE(form.PLEXPlotSpectrum->Caption().find(failure), std::string::npos) << form.PLEXPlotSpectrum->Caption();
     EXPECT_NE(form.StatusLine->text().toStdString().find("FAILING: " + failure), std::string::npos);
 
+    f.accelerator->SetFault("/ORKA/BPMQ3", sim::Fault{sim::Fault::Kind::Code, 45});
+    f.Advance(2000);
+    EXPECT_NE(form.PLEXPlotSpectrum->Caption().find("[2 of 4 parts failing: " + vire::ErrorText(2) + " (2)]"), std::string::npos)
+        << form.PLEXPlotSpectrum->Caption();
+    f.accelerator->ClearFault("/ORKA/BPMQ3");
     f.accelerator->ClearFault("/ORKA/BPMQ2");
     f.Advance(2000);
     EXPECT_EQ(form.PLEXPlotSpectrum->Caption().find("["), std::string::npos) << "recovered";
