@@ -21,8 +21,16 @@ public:
             throw StoreError("cannot open " + path + ": " + message);
         }
         sqlite3_busy_timeout(db_, 5000);
-        Run("PRAGMA journal_mode=WAL", {});
-        Run("PRAGMA synchronous=NORMAL", {});
+        try {
+            // A file that is no database opens fine and fails here; the
+            // destructor does not run for a constructor that throws.
+            Run("PRAGMA journal_mode=WAL", {});
+            Run("PRAGMA synchronous=NORMAL", {});
+        } catch (...) {
+            sqlite3_close(db_);
+            db_ = nullptr;
+            throw;
+        }
     }
     ~SqliteDatabase() override { sqlite3_close(db_); }
 

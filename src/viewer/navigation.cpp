@@ -7,6 +7,7 @@
 #include <QTimer>
 #include <limits>
 
+#include "catalogue/reader_messages.h"
 #include "catalogue/readers.h"
 #include "catalogue/runtime_error.h"
 #include "ui/controls/dialogs.h"
@@ -69,7 +70,7 @@ void SpectrumForm::SelectAMachine(int16_t& machine, int16_t& subMachine, int16_t
     for (int16_t i = 0; i < catalogue::kMaxSpectrum; ++i) cat.SpectrumList[i].Started = false;
     // 5: the history list of the machine.
     if (catalogue::ReadHistoryFile(cat, cat.ConfigPath + cat.MachineList[cat.CurrentMachine].MachineFile) != 0) {
-        ui::MsgBox("Read Machine Source Config File failed !");
+        ui::MsgBox(std::string(catalogue::kReadMachineSourceFailedText));
         return;
     }
     // 6
@@ -78,7 +79,7 @@ void SpectrumForm::SelectAMachine(int16_t& machine, int16_t& subMachine, int16_t
     // 7, 8: the machine's subsystems; the combined entry may ask for "_PS".
     const std::string configFile = cat.MachineList[cat.CurrentMachine].ConfigFile;
     if (catalogue::ReadSubsystemList(cat, *this, cat.ConfigPath + configFile) != 0) {
-        ui::MsgBox("Read Data Source Config File: " + configFile + " failed !");
+        ui::MsgBox(catalogue::ReadDataSourceFailedText(configFile));
         return;
     }
     if (wantPs >= 1) {

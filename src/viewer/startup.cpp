@@ -12,6 +12,7 @@
 #include <algorithm>
 
 #include "catalogue/files.h"
+#include "catalogue/reader_messages.h"
 #include "catalogue/readers.h"
 #include "ui/controls/dialogs.h"
 #include "ui/controls/month_calendar.h"
@@ -103,8 +104,8 @@ void SpectrumForm::Form_Load() {
     s_.AcceleratorOverview = false;
     cat.CatalogueFresh = true;
     cat.CatalogueFresh2 = true;
-    if (catalogue::ReadMachineFile(cat, cat.ConfigPath + "config_machines.csv") != 0) {
-        ui::MsgBox(std::string("Read Machine-Info File ") + "config_machines.csv" + " failed !");
+    if (catalogue::ReadMachineFile(cat, cat.ConfigPath + std::string(catalogue::kMachineListFileName)) != 0) {
+        ui::MsgBox(catalogue::ReadMachineInfoFailedText());
         return;
     }
     CaptionMachineMenus();
@@ -117,7 +118,7 @@ void SpectrumForm::Form_Load() {
     // 12, 13, 14: subsystem list and subsystem
     const std::string configFile = cat.MachineList[cat.CurrentMachine].ConfigFile;
     if (catalogue::ReadSubsystemList(cat, *this, cat.ConfigPath + configFile) != 0) {
-        ui::MsgBox("Read Data Source Config File: " + configFile + " failed !");
+        ui::MsgBox(catalogue::ReadDataSourceFailedText(configFile));
         return;
     }
     if (!args.subsystem.empty())
@@ -131,7 +132,7 @@ void SpectrumForm::Form_Load() {
     catalogue::ReadSpectrumConfig(cat, *this, subsystem.Directory + subsystem.FileName);
     // 16: the history list
     if (catalogue::ReadHistoryFile(cat, cat.ConfigPath + HistoryFileMachineName(cat)) != 0) {
-        ui::MsgBox("Read Machine Source Config File failed !");
+        ui::MsgBox(std::string(catalogue::kReadMachineSourceFailedText));
         return;
     }
     // 17, 18, 19
