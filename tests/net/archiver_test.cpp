@@ -92,12 +92,12 @@ TEST(Archiver, AnswersTheSimulatedPastOverTheNetworkAndKeepsItAcrossARestart) {
 }
 
 // A device layer that answers each element's index (plus 1000 for a second
-// reading) and fails for the servers it is told to.
+// reading) and fails for the servers in /KALM/.
 class CountingDevices : public vire::Transport {
 public:
     vire::Status Call(const std::string& device, const std::string&, vire::DataObject& out, const vire::DataObject&,
                       int16_t, int32_t) override {
-        if (device.rfind(failing, 0) == 0) {
+        if (device.rfind("/KALM/", 0) == 0) {
             out.count = 0;
             return vire::kLinkError;
         }
@@ -108,7 +108,6 @@ public:
         return -1;
     }
     void Unsubscribe(vire::SubscriptionId) override {}
-    std::string failing = "/KALM/";
     float offset = 0;
 };
 
