@@ -4,12 +4,14 @@
 
 #include <filesystem>
 #include <fstream>
+#include <tuple>
 
 #include "net/allow_list.h"
 #include "net/device_server.h"
 #include "net/environment.h"
 #include "net/name_client.h"
 #include "net/name_registry.h"
+#include "net/wire_codec.h"
 #include "vire/completion_codes.h"
 #include "vire/formats.h"
 #include "vire/link.h"
@@ -21,16 +23,11 @@ protected:
     // One call; the answer's text for RESOLVE.
     vire::Status Ask(const std::string& property, int16_t access, const std::string& text, std::string* answer = nullptr,
                      int32_t room = 64, int16_t format = vire::kFormatText, const char* device = net::kNamesDevice) {
-        net::LinkRequest request;
-        request.set_device(device);
-        request.set_property(property);
-        request.set_access(access);
-        request.set_in_format(format);
-        request.set_in_count(static_cast<int32_t>(text.size()));
-        request.set_in_data(text);
-        request.set_out_format(vire::kFormatText);
-        request.set_out_count(room);
-        request.set_out_capacity(room);
+        const auto* bytes = reinterpret_cast<const std::byte*>(text.data());
+        std::vector<std::byte> in(bytes, bytes + text.size()), out(static_cast<size_t>(room));
+        const auto request = net::EncodeRequest(device, property, vire::DataObject{room, vire::kFormatText, "", out},
+                                                vire::DataObject{static_cast<int32_t>(text.size()), format, "", in},
+                                                access, 500, {});
         net::ServerBuffers buffers;
         net::PrepareBuffers(request, buffers);
         const vire::Status status = registry.Answer(request, buffers, net::CallContext{}, 500);
@@ -69,15 +66,8 @@ TEST_F(Registry, LeasesRunOutUnlessRenewedAndOnlyTheHolderWithdrawsAName) {
 
 TEST_F(Registry, MalformedCallsGetTheirCodesAndRegisterNothing) {
     ASSERT_EQ(Register("/ORKA/LONG a-long-host-name.example.org:5001 3000"), 0);
-    struct Case {
-        const char* property;
-        int16_t access;
-        const char* text;
-        int32_t room;
-        int16_t format;
-        vire::Status status;
-    };
-    const Case cases[] = {
+    // property, access, input text, room for the answer, input format, status
+    const std::tuple<const char*, int16_t, const char*, int32_t, int16_t, vire::Status> cases[] = {
         {"REGISTER", vire::kAccessWrite, "/ORKA/X host:1", 64, vire::kFormatText, vire::kInvalidInput},
         {"REGISTER", vire::kAccessWrite, "/ORKA/X host:1 soon", 64, vire::kFormatText, vire::kInvalidInput},
         {"REGISTER", vire::kAccessWrite, "/ORKA/X host:1 -5", 64, vire::kFormatText, vire::kInvalidInput},
@@ -88,8 +78,8 @@ TEST_F(Registry, MalformedCallsGetTheirCodesAndRegisterNothing) {
         {"RESOLVE", vire::kAccessRead, "/ORKA/LONG", 64, vire::kFormatLong, vire::kFormatMismatch},
         {"LIST", vire::kAccessRead, "", 64, vire::kFormatText, vire::kUnknownProperty},
     };
-    for (const Case& c : cases)
-        EXPECT_EQ(Ask(c.property, c.access, c.text, nullptr, c.room, c.format), c.status) << c.property << " " << c.text;
+    for (const auto& [property, access, text, room, format, status] : cases)
+        EXPECT_EQ(Ask(property, access, text, nullptr, room, format), status) << property << " " << text;
     EXPECT_EQ(Ask("RESOLVE", vire::kAccessRead, "/ORKA/LONG", nullptr, 64, vire::kFormatText, "/ORKA/BPMQ1"),
               vire::kLinkError);  // not the name service's device
     EXPECT_EQ(Where("/ORKA/X"), "");
@@ -142,13 +132,8 @@ TEST(NameLookup, TheEnvironmentChoosesTheNetworkAndWhereItsNamesAre) {
 }
 
 TEST(WriteHosts, HostNamesMatchWhatTheClientSaysAndNetworksWhereTheCallCameFrom) {
-    struct Case {
-        const char* list;
-        const char* claimed;
-        const char* peer;
-        bool allowed;
-    };
-    const Case cases[] = {
+    // the list, the host name the client claims, the address the call came from, allowed
+    const std::tuple<const char*, const char*, const char*, bool> cases[] = {
         {"opsconsole", "OpsConsole", "10.0.0.7", true},   {"opsconsole", "opsconsole2", "10.0.0.7", false},
         {"opsconsole", "", "10.0.0.7", false},            {"10.1.0.0/16", "anyone", "10.1.255.3", true},
         {"10.1.0.0/16", "anyone", "10.2.0.3", false},     {"10.1.2.3", "", "10.1.2.4", false},
@@ -158,11 +143,11 @@ TEST(WriteHosts, HostNamesMatchWhatTheClientSaysAndNetworksWhereTheCallCameFrom)
         {"10.1.0.0/16", "10.1.0.9", "10.9.9.9", false},  // an address claimed as a host name proves nothing
         {net::kDefaultWriteHosts, "", "127.0.0.1", true}, {net::kDefaultWriteHosts, "", "192.168.0.2", false},
     };
-    for (const Case& c : cases) {
+    for (const auto& [text, claimed, peer, allowed] : cases) {
         net::HostAllowList list;
         std::string problem;
-        ASSERT_TRUE(list.Parse(c.list, problem)) << c.list << ": " << problem;
-        EXPECT_EQ(list.Allows(c.claimed, c.peer), c.allowed) << c.list << " / " << c.claimed << " / " << c.peer;
+        ASSERT_TRUE(list.Parse(text, problem)) << text << ": " << problem;
+        EXPECT_EQ(list.Allows(claimed, peer), allowed) << text << " / " << claimed << " / " << peer;
     }
     for (const char* bad : {"10.0.0.0/33", "::1/129", "10.0.0.0/x", "host name", "a/b"}) {
         net::HostAllowList list;

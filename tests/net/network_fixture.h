@@ -10,8 +10,11 @@
 
 #include "net/network_transport.h"
 #include "server_processes.h"
-#include "vire/data_object.h"
-#include "vire/transport.h"
+#include "sim/simulated_accelerator.h"
+#include "vire/completion_codes.h"
+#include "vire/formats.h"
+#include "vire/link.h"
+#include "vire/wire.h"
 
 namespace net_test {
 
@@ -23,17 +26,11 @@ inline const std::map<std::string, std::string> kSimEnvironment{
     {"LUMISCOPE_WRITE_HOSTS", "opsconsole,10.9.0.0/16"},
 };
 
-class NetworkSuite : public ::testing::Test {
-protected:
-    static void SetUpTestSuite();
-    static void TearDownTestSuite();
-    void SetUp() override;
-
-    static std::shared_ptr<net::NetworkTransport> Transport(const std::string& clientHost = "opsconsole");
-
-    static std::unique_ptr<ServerProcess> names;
-    static std::unique_ptr<ServerProcess> devices;
-};
+// The simulated accelerator in this process, with the servers' settings.
+inline std::shared_ptr<sim::SimulatedAccelerator> LocalTwin() {
+    for (const auto& [name, value] : kSimEnvironment) setenv(name.c_str(), value.c_str(), 1);
+    return std::make_shared<sim::SimulatedAccelerator>(LUMISCOPE_SAMPLE_CONFIG_DIR);
+}
 
 struct Answer {
     vire::Status status = -1;
@@ -42,9 +39,49 @@ struct Answer {
 };
 
 // One read through a transport: `count` elements of `format`, LONG input.
-Answer Read(vire::Transport& transport, const std::string& device, const std::string& property, int16_t format,
-            int32_t count, const std::vector<int32_t>& input = {}, int32_t timeoutMs = 1000);
-vire::Status WriteSingle(vire::Transport& transport, const std::string& device, const std::string& property,
-                         float value);
+inline Answer Read(vire::Transport& transport, const std::string& device, const std::string& property, int16_t format,
+                   int32_t count, const std::vector<int32_t>& input = {}, int32_t timeoutMs = 1000) {
+    const int32_t width = std::max(vire::FormatSize(format), 1);
+    std::vector<std::byte> buffer(static_cast<size_t>(std::max(count, 0)) * static_cast<size_t>(width));
+    std::vector<std::byte> in(input.size() * 4);
+    for (size_t i = 0; i < input.size(); ++i) vire::StoreInt32(in, 4 * i, input[i]);
+    vire::DataObject out{count, format, "", buffer};
+    const vire::Status status = transport.Call(
+        device, property, out, vire::DataObject{static_cast<int32_t>(input.size()), vire::kFormatLong, "", in},
+        vire::kAccessRead, timeoutMs);
+    buffer.resize(static_cast<size_t>(std::max(out.count, 0)) * static_cast<size_t>(width));
+    return Answer{status, out.count, buffer};
+}
+
+class NetworkSuite : public ::testing::Test {
+protected:
+    static void SetUpTestSuite() {
+        names = std::make_unique<ServerProcess>();
+        devices = std::make_unique<ServerProcess>();
+        if (!names->Start("lumiscope-names", {"--listen", "127.0.0.1:0"})) return;
+        devices->Start("lumiscope-devserver",
+                       // A short lease: the later tests need the heartbeats.
+                       {"--config", LUMISCOPE_SAMPLE_CONFIG_DIR, "--shard", "0/1", "--names", names->Address(),
+                        "--lease-ms", "900"},
+                       kSimEnvironment);
+    }
+    static void TearDownTestSuite() {
+        devices.reset();
+        names.reset();
+    }
+    void SetUp() override {
+        ASSERT_TRUE(names->Running()) << "the name service did not start";
+        ASSERT_TRUE(devices->Running()) << "the device server did not start";
+        // The device server registers its names as it starts listening.
+        ASSERT_TRUE(WaitUntil(
+            [] { return Read(*Transport(), "/ORKA/BPMQ1/ORBIT", "ORBIT.X", vire::kFormatSingle, 1).status == 0; },
+            std::chrono::seconds(10)));
+    }
+    static std::shared_ptr<net::NetworkTransport> Transport(const std::string& clientHost = "opsconsole") {
+        return std::make_shared<net::NetworkTransport>(net::NetworkSettings{names->Address(), "", clientHost});
+    }
+    static inline std::unique_ptr<ServerProcess> names;
+    static inline std::unique_ptr<ServerProcess> devices;
+};
 
 }  // namespace net_test

@@ -1,26 +1,17 @@
 // The network transport against real server processes on loopback.
 #include <arpa/inet.h>
-#include <netinet/in.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include <atomic>
-#include <cmath>
-#include <cstdlib>
 #include <fstream>
 #include <thread>
+#include <tuple>
 
 #include "network_fixture.h"
-#include "sim/simulated_accelerator.h"
-#include "vire/completion_codes.h"
-#include "vire/formats.h"
-#include "vire/link.h"
-#include "vire/wire.h"
 
 namespace net_test {
 namespace {
 
-using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
 // The shortest of a few tries: a behaviour that waits (for a back-off, for
@@ -29,64 +20,55 @@ using std::chrono::milliseconds;
 milliseconds ShortestOf(int tries, const std::function<vire::Status()>& call, vire::Status expected) {
     auto best = milliseconds::max();
     for (int i = 0; i < tries; ++i) {
-        const auto start = Clock::now();
+        const auto start = std::chrono::steady_clock::now();
         EXPECT_EQ(call(), expected);
-        best = std::min(best, std::chrono::duration_cast<milliseconds>(Clock::now() - start));
+        best = std::min(best, std::chrono::duration_cast<milliseconds>(std::chrono::steady_clock::now() - start));
     }
     return best;
 }
 
-std::string NamesFile(const std::string& text) {
+// A transport without a name service that finds its servers in a names file of `text`.
+std::unique_ptr<net::NetworkTransport> FileTransport(const std::string& text) {
     const std::string path = ::testing::TempDir() + "/names-" + std::to_string(getpid()) + ".txt";
     std::ofstream(path) << text;
-    return path;
+    return std::make_unique<net::NetworkTransport>(net::NetworkSettings{"", path, ""});
 }
 
 TEST(NetworkTransportAlone, ADeadPortOrAnUnknownNameAnswersLinkErrorAtOnce) {
-    const std::string file = NamesFile("# dead\n/ORKA/DEAD 127.0.0.1:" + std::to_string(DeadPort()) + "\n");
-    net::NetworkTransport transport(net::NetworkSettings{"", file, ""});
+    auto transport = FileTransport("# dead\n/ORKA/DEAD 127.0.0.1:" + std::to_string(DeadPort()) + "\n");
     // A refused connection is known at once: well under the 1000 ms time-out.
-    EXPECT_LT(ShortestOf(3, [&] { return Read(transport, "/ORKA/DEAD/X", "P", vire::kFormatSingle, 4).status; },
-                         vire::kLinkError),
-              milliseconds(50));
-    EXPECT_LT(ShortestOf(3, [&] { return Read(transport, "/ORKA/NOWHERE/X", "P", vire::kFormatSingle, 4).status; },
-                         vire::kLinkError),
-              milliseconds(50));
+    for (const char* device : {"/ORKA/DEAD/X", "/ORKA/NOWHERE/X"}) {
+        const auto call = [&] { return Read(*transport, device, "P", vire::kFormatSingle, 4).status; };
+        EXPECT_LT(ShortestOf(3, call, vire::kLinkError), milliseconds(50)) << device;
+    }
 }
 
 TEST(NetworkTransportAlone, GarbageFromAServerIsAFailedCallAndNothingElse) {
-    // A "server" that answers every connection with noise and hangs up.
+    // A "server" that answers every connection with noise and hangs up, until its socket is shut.
     int port = 0;
     const int listener = LoopbackListener(port);
     ASSERT_NE(port, 0);
-    std::atomic<bool> done{false};
     std::thread noise([&] {
-        for (int i = 0; i < 20 && !done; ++i) {
-            const int client = accept(listener, nullptr, nullptr);
-            if (client < 0) return;
+        for (int i = 0, client; (client = accept(listener, nullptr, nullptr)) >= 0; ++i) {
             std::string junk(4096, '\0');
             for (size_t k = 0; k < junk.size(); ++k) junk[k] = static_cast<char>((k * 7919 + i) & 0xFF);
             [[maybe_unused]] const auto written = write(client, junk.data(), junk.size());
             close(client);
         }
     });
-    const std::string file = NamesFile("* 127.0.0.1:" + std::to_string(port) + "\n");
-    net::NetworkTransport transport(net::NetworkSettings{"", file, ""});
+    auto transport = FileTransport("* 127.0.0.1:" + std::to_string(port) + "\n");
     std::vector<std::byte> buffer(64, std::byte{0x5A});
     vire::DataObject out{8, vire::kFormatSingle, "", std::span<std::byte>(buffer).first(32)};
-    const vire::Status status = transport.Call("/ORKA/NOISE/X", "P", out, {}, vire::kAccessRead, 500);
+    const vire::Status status = transport->Call("/ORKA/NOISE/X", "P", out, {}, vire::kAccessRead, 500);
     EXPECT_TRUE(status == vire::kLinkError || status == vire::kServerError || status == vire::kTimeout) << status;
     EXPECT_EQ(out.count, 0);
     for (std::byte b : buffer) ASSERT_EQ(b, std::byte{0x5A});  // nothing written anywhere
-    done = true;
     shutdown(listener, SHUT_RDWR);
     close(listener);
     noise.join();
 }
 
-class NetworkCalls : public NetworkSuite {};
-
-TEST_F(NetworkCalls, ASlowServerAnswersTimeOutWhenTheDeadlinePasses) {
+TEST_F(NetworkSuite, ASlowServerAnswersTimeOutWhenTheDeadlinePasses) {
     auto transport = Transport();
     const auto shortest = ShortestOf(
         2, [&] { return Read(*transport, "/ORKA/BPMQ2/ORBIT", "ORBIT.X", vire::kFormatSingle, 32, {}, 300).status; },
@@ -95,17 +77,10 @@ TEST_F(NetworkCalls, ASlowServerAnswersTimeOutWhenTheDeadlinePasses) {
     EXPECT_LT(shortest, milliseconds(350));  // and not for the engine's own ideas of a time-out
 }
 
-TEST_F(NetworkCalls, DeterministicAnswersAreTheSimulatedAcceleratorsByteForByte) {
-    for (const auto& [name, value] : kSimEnvironment) setenv(name.c_str(), value.c_str(), 1);
-    sim::SimulatedAccelerator local(LUMISCOPE_SAMPLE_CONFIG_DIR);
+TEST_F(NetworkSuite, DeterministicAnswersAreTheSimulatedAcceleratorsByteForByte) {
+    auto local = LocalTwin();
     auto network = Transport();
-    struct Case {
-        const char* device;
-        const char* property;
-        int16_t format;
-        int32_t count;
-    };
-    const Case cases[] = {
+    const std::tuple<const char*, const char*, int16_t, int32_t> cases[] = {
         {"/ORKA/BPMQ1/#0", "ORBIT.X.NAM", vire::kFormatName16, 2000},
         {"/LYRAS/PSSTEER/#0", "CURRENT.SET.NAM", vire::kFormatName16, 2000},  // continued names
         {"/ORKA/BCMSRV/#0", "CHARGE.NAM", vire::kFormatName16, 5},             // "#0": no names
@@ -120,28 +95,18 @@ TEST_F(NetworkCalls, DeterministicAnswersAreTheSimulatedAcceleratorsByteForByte)
         {"/VESTA/BLMSRV/LOSS", "LOSS.FAST", vire::kFormatSingle, 24},          // fault code:36
         {"/ORKA/BPMQ1/ORBIT", "ORBIT.X", vire::kFormatSingle, -1},             // 14
     };
-    for (const Case& c : cases) {
-        const Answer here = Read(local, c.device, c.property, c.format, c.count);
-        const Answer there = Read(*network, c.device, c.property, c.format, c.count);
-        EXPECT_EQ(there.status, here.status) << c.device << " " << c.property;
-        EXPECT_EQ(there.count, here.count) << c.device << " " << c.property;
-        EXPECT_EQ(there.bytes, here.bytes) << c.device << " " << c.property;
+    for (const auto& [device, property, format, count] : cases) {
+        const Answer here = Read(*local, device, property, format, count);
+        const Answer there = Read(*network, device, property, format, count);
+        EXPECT_EQ(there.status, here.status) << device << " " << property;
+        EXPECT_EQ(there.count, here.count) << device << " " << property;
+        EXPECT_EQ(there.bytes, here.bytes) << device << " " << property;
     }
-    // Live values move with time; their shape does not.
-    const Answer live = Read(*network, "/ORKA/BPMQ3/ORBIT", "ORBIT.X", vire::kFormatSingle, 32);
-    ASSERT_EQ(live.status, 0);
-    ASSERT_EQ(live.count, 32);
-    for (int32_t i = 0; i < 32; ++i) EXPECT_TRUE(std::isfinite(vire::LoadFloat(live.bytes, 4 * static_cast<size_t>(i))));
 }
 
-TEST_F(NetworkCalls, ThresholdWritesNeedAWriterOnAnAllowedHost) {
-    struct Case {
-        const char* user;
-        const char* host;
-        float value;
-        vire::Status status;
-    };
-    const Case cases[] = {
+TEST_F(NetworkSuite, ThresholdWritesNeedAWriterOnAnAllowedHost) {
+    // user, client host, value written, status
+    const std::tuple<const char*, const char*, float, vire::Status> cases[] = {
         {"operator", "opsconsole", 321.5f, vire::kOk},
         {"guest", "opsconsole", 1.0f, vire::kAccessDenied},     // user off the list
         {"operator", "intruder", 2.0f, vire::kAccessDenied},    // host off the list, loopback not listed
@@ -149,33 +114,36 @@ TEST_F(NetworkCalls, ThresholdWritesNeedAWriterOnAnAllowedHost) {
         {"operator", "OPSCONSOLE", 654.25f, vire::kOk},         // host names ignore letter case
     };
     float expected = 0;
-    for (const Case& c : cases) {
-        vire::SetUserName(c.user);
-        auto transport = Transport(c.host);
-        EXPECT_EQ(WriteSingle(*transport, "/ORKA/BLMSRV/LOSS.RING", "THRESHOLD[7]", c.value), c.status)
-            << c.user << "@" << c.host;
-        if (c.status == vire::kOk) expected = c.value;
+    for (const auto& [user, host, value, status] : cases) {
+        vire::SetUserName(user);
+        auto transport = Transport(host);
+        std::vector<std::byte> in(4);
+        vire::StoreFloat(in, 0, value);
+        vire::DataObject none{};
+        EXPECT_EQ(transport->Call("/ORKA/BLMSRV/LOSS.RING", "THRESHOLD[7]", none, {1, vire::kFormatSingle, "", in},
+                                  vire::kAccessWrite, 3000),
+                  status)
+            << user << "@" << host;
+        if (status == vire::kOk) expected = value;
         const Answer now = Read(*transport, "/ORKA/BLMSRV/LOSS.RING", "THRESHOLD[7]", vire::kFormatSingle, 1);
         ASSERT_EQ(now.count, 1);
-        EXPECT_EQ(vire::LoadFloat(now.bytes, 0), expected) << c.user << "@" << c.host;
+        EXPECT_EQ(vire::LoadFloat(now.bytes, 0), expected) << user << "@" << host;
     }
     vire::SetUserName("");
 }
 
-TEST_F(NetworkCalls, NoiseSentToAServerLeavesItServing) {
+TEST_F(NetworkSuite, NoiseSentToAServerLeavesItServing) {
     const std::string& address = devices->Address();
-    const size_t colon = address.rfind(':');
+    const auto port = static_cast<uint16_t>(std::stoi(address.substr(address.rfind(':') + 1)));
     for (const std::string& junk : {std::string("PRI * HTTP/2.0\r\n\r\nSM\r\n\r\n") + std::string(9, '\xFF'),
                                    std::string(2048, '\xA5')}) {
         const int s = socket(AF_INET, SOCK_STREAM, 0);
-        sockaddr_in peer{AF_INET, htons(static_cast<uint16_t>(std::stoi(address.substr(colon + 1)))),
-                         {htonl(INADDR_LOOPBACK)}, {}};
+        sockaddr_in peer{AF_INET, htons(port), {htonl(INADDR_LOOPBACK)}, {}};
         ASSERT_EQ(connect(s, reinterpret_cast<sockaddr*>(&peer), sizeof peer), 0);
         [[maybe_unused]] const auto written = write(s, junk.data(), junk.size());
         close(s);
     }
-    auto transport = Transport();
-    EXPECT_EQ(Read(*transport, "/ORKA/BPMQ1/ORBIT", "ORBIT.X", vire::kFormatSingle, 32).count, 32);
+    EXPECT_EQ(Read(*Transport(), "/ORKA/BPMQ1/ORBIT", "ORBIT.X", vire::kFormatSingle, 32).count, 32);
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 #include "server_processes.h"
 
 #include <arpa/inet.h>
-#include <fcntl.h>
 #include <netinet/in.h>
 #include <poll.h>
 #include <signal.h>
@@ -9,19 +8,16 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <cstdlib>
 #include <thread>
 
 namespace net_test {
-
-std::string BuildProgram(const std::string& program) { return std::string(LUMISCOPE_BINARY_DIR) + "/bin/" + program; }
 
 bool ServerProcess::Start(const std::string& program, const std::vector<std::string>& args,
                           const std::map<std::string, std::string>& environment) {
     Stop();
     int out[2];
     if (pipe(out) != 0) return false;
-    std::vector<std::string> argvText{BuildProgram(program)};
+    std::vector<std::string> argvText{std::string(LUMISCOPE_BINARY_DIR) + "/bin/" + program};
     argvText.insert(argvText.end(), args.begin(), args.end());
     std::vector<char*> argv;
     for (auto& a : argvText) argv.push_back(a.data());
@@ -37,36 +33,29 @@ bool ServerProcess::Start(const std::string& program, const std::vector<std::str
     // The first line, within the limit.
     std::string line;
     const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-    char buffer[256];
     pollfd p{out[0], POLLIN, 0};
-    while (pid_ > 0 && line.find('\n') == std::string::npos && std::chrono::steady_clock::now() < limit) {
+    for (char c = 0; c != '\n' && std::chrono::steady_clock::now() < limit;) {
         if (poll(&p, 1, 100) <= 0) continue;
-        const ssize_t n = read(out[0], buffer, sizeof buffer);
-        if (n <= 0) break;
-        line.append(buffer, static_cast<size_t>(n));
+        if (read(out[0], &c, 1) != 1) break;  // closed without a line
+        line += c;
     }
     close(out[0]);
     const std::string prefix = "listening on ";
-    if (line.rfind(prefix, 0) != 0 || line.find('\n') == std::string::npos) {
+    if (!line.starts_with(prefix) || !line.ends_with('\n')) {
         Kill();
         return false;
     }
-    address_ = line.substr(prefix.size(), line.find('\n') - prefix.size());
+    address_ = line.substr(prefix.size(), line.size() - prefix.size() - 1);
     return true;
 }
 
 void ServerProcess::Reap(int signal) {
     if (pid_ <= 0) return;
     kill(pid_, signal);
-    const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(5);
     int status = 0;
-    while (waitpid(pid_, &status, WNOHANG) == 0) {
-        if (std::chrono::steady_clock::now() > limit) {
-            kill(pid_, SIGKILL);
-            waitpid(pid_, &status, 0);
-            break;
-        }
-        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    if (!WaitUntil([&] { return waitpid(pid_, &status, WNOHANG) != 0; }, std::chrono::seconds(5))) {
+        kill(pid_, SIGKILL);
+        waitpid(pid_, &status, 0);
     }
     pid_ = -1;
 }

@@ -46,7 +46,4 @@ int LoopbackListener(int& port);
 // Polls `done` every 10 ms until it is true or `limit` has passed.
 bool WaitUntil(const std::function<bool()>& done, std::chrono::milliseconds limit);
 
-// The path of a program of the build.
-std::string BuildProgram(const std::string& program);
-
 }  // namespace net_test

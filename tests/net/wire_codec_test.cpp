@@ -26,16 +26,8 @@ net::LinkReply Reply(int32_t status, int32_t format, int32_t count, size_t dataB
 
 TEST(WireCodec, RepliesThatDoNotAddUpCopyNothingAndLargeOnesAreCutToFit) {
     constexpr int16_t kSingle = vire::kFormatSingle;
-    struct Case {
-        const char* what;
-        net::LinkReply reply;
-        int32_t asked;
-        size_t bufferBytes;
-        vire::Status status;
-        int32_t count;
-        int32_t stamp;
-    };
-    const Case cases[] = {
+    // what, the reply, count asked for, buffer bytes, status, count delivered, stamp
+    const std::tuple<const char*, net::LinkReply, int32_t, size_t, vire::Status, int32_t, int32_t> cases[] = {
         {"whole", Reply(0, kSingle, 4, 16, 77), 4, 16, 0, 4, 77},
         {"more than asked", Reply(0, kSingle, 8, 32), 3, 64, 0, 3, 0},
         {"more than the buffer", Reply(0, kSingle, 8, 32), 8, 10, 0, 2, 0},
@@ -54,16 +46,16 @@ TEST(WireCodec, RepliesThatDoNotAddUpCopyNothingAndLargeOnesAreCutToFit) {
          vire::kServerError, 0, 0},
         {"nothing delivered keeps the stamp", Reply(0, kSingle, 0, 0, 99), 4, 16, 0, 0, 99},
     };
-    for (const Case& c : cases) {
-        std::vector<std::byte> storage(c.bufferBytes + 8, std::byte{0xEE});
-        vire::DataObject out{c.asked, kSingle, "", std::span<std::byte>(storage).first(c.bufferBytes)};
+    for (const auto& [what, reply, asked, bufferBytes, status, count, stamp] : cases) {
+        std::vector<std::byte> storage(bufferBytes + 8, std::byte{0xEE});
+        vire::DataObject out{asked, kSingle, "", std::span<std::byte>(storage).first(bufferBytes)};
         out.stamp = -1;
-        EXPECT_EQ(net::DecodeReply(c.reply, out, c.asked), c.status) << c.what;
-        EXPECT_EQ(out.count, c.count) << c.what;
-        EXPECT_EQ(out.stamp, c.stamp) << c.what;
-        const size_t copied = static_cast<size_t>(c.count) * 4;
-        for (size_t i = 0; i < copied; ++i) EXPECT_EQ(storage[i], static_cast<std::byte>(i + 1)) << c.what;
-        for (size_t i = copied; i < storage.size(); ++i) ASSERT_EQ(storage[i], std::byte{0xEE}) << c.what << " byte " << i;
+        EXPECT_EQ(net::DecodeReply(reply, out, asked), status) << what;
+        EXPECT_EQ(out.count, count) << what;
+        EXPECT_EQ(out.stamp, stamp) << what;
+        const size_t copied = static_cast<size_t>(count) * 4;
+        for (size_t i = 0; i < copied; ++i) EXPECT_EQ(storage[i], static_cast<std::byte>(i + 1)) << what;
+        for (size_t i = copied; i < storage.size(); ++i) ASSERT_EQ(storage[i], std::byte{0xEE}) << what << " byte " << i;
     }
 }
 
