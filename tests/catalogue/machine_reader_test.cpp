@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "catalogue/combined_entry.h"
+#include "catalogue/reader_messages.h"
 #include "catalogue/readers.h"
 #include "test_support.h"
 
@@ -99,6 +100,12 @@ TEST(CombinedEntry, SubsystemFileNamePicksTheMachineInTheOrderOrkaVestaLyras) {
     const Case cases[] = {{"ORKA_PS.csv", 0}, {"vesta_ps.csv", 1}, {"Lyras_PS.csv", 2}, {"LYRAS_TO_ORKA.csv", 0},
                           {"VESTA_LYRAS.csv", 1}, {"KALM_BPM.csv", std::nullopt}, {"ORK_A.csv", std::nullopt}};
     for (const Case& c : cases) EXPECT_EQ(MachineNamedInFileName(c.fileName), c.machine) << c.fileName;
+}
+
+// The other two texts are checked where their readers fail.
+TEST(ReaderMessages, TextsAreTheSystemsOwn) {
+    EXPECT_EQ(ReadMachineInfoFailedText() + kReadMachineSourceFailedText.data(),
+              "Read Machine-Info File config_machines.csv failed !Read Machine Source Config File failed !");
 }
 
 const std::string kHistoryHeader =
