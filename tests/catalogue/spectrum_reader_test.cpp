@@ -145,10 +145,9 @@ TEST(ReadSpectrumConfig, ExternalDeviceNamesNeedANonEmptyProperty) {
     Read read;
     read.File({kHeader + ",EXTDEVNAMEDEV,EXTDEVNAMEPROP", "C,S/D,P,1,A,1,0,,,/C/S/LOC,LOCATION", "C,S/D,P,1,B,1,0,,,,"});
     ASSERT_EQ(read.result, 0);
-    EXPECT_EQ(read.Row(0).HasExtDevName, true);
-    EXPECT_EQ(read.Row(0).ExtDevNameDev, "/C/S/LOC");
-    EXPECT_EQ(read.Row(1).HasExtDevName, false);
-    EXPECT_EQ(read.Row(1).ExtDevNameProp + "|" + read.Row(1).ExtDevNameDev, "LOCATION|") << "the old text stays";
+    EXPECT_EQ(std::to_string(read.Row(0).HasExtDevName) + " " + read.Row(0).ExtDevNameDev, "1 /C/S/LOC");
+    EXPECT_EQ(std::to_string(read.Row(1).HasExtDevName) + " " + read.Row(1).ExtDevNameProp + "|" + read.Row(1).ExtDevNameDev,
+              "0 LOCATION|") << "the old text stays";
 }
 
 TEST(ReadSpectrumConfig, EmptyLinesAreRowsCommentsAreNot) {

@@ -104,11 +104,7 @@ TEST_F(ControlTest, SelectADeviceReadsReadinessAndIsIgnoredBeforeTheViewerOpens)
 
 TEST_F(ControlTest, MissingConfigurationIsReportedAndTheViewerStaysClosed) {
     enum class Opening { Call, PictureDoubleClick, LabelDoubleClick };
-    struct Case {
-        const char* name;
-        Drive drive;
-        Opening opening;
-    };
+    struct Case { const char* name; Drive drive; Opening opening; };
     const Case cases[] = {
         {"no configs directory", Drive::NoConfigs, Opening::Call},
         {"empty configs directory", Drive::EmptyConfigs, Opening::Call},

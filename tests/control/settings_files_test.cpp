@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
+#include <fstream>
 
 #include <gtest/gtest.h>
 
@@ -13,18 +14,8 @@
 
 namespace {
 
-void WriteFile(const QString& path, const char* contents) {
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(contents);
-}
-
 TEST(HistoryConfigLoad, CountsTheRowsAfterTheHeader) {
-    struct Case {
-        const char* name;
-        const char* contents;  // nullptr: no file
-        int16_t rows;
-    };
+    struct Case { const char* name; const char* contents; int16_t rows; };  // contents nullptr: no file
     const Case cases[] = {
         {"no file", nullptr, 0},
         {"only comments", "; a\r\n% b\r\n# c\r\n", 0},
@@ -40,20 +31,14 @@ TEST(HistoryConfigLoad, CountsTheRowsAfterTheHeader) {
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
         QFile::remove(file);
-        if (c.contents) WriteFile(file, c.contents);
+        if (c.contents) std::ofstream(file.toStdString(), std::ios::binary) << c.contents;
         EXPECT_EQ(scope.TestHistoryConfigLoad(), c.rows);
     }
     QFile::remove(file);
 }
 
 TEST(OpenInfoFile, ReadsNameAndModeWithModesOutsideTheRangeAsTwo) {
-    struct Case {
-        const char* name;
-        const char* contents;  // nullptr: no file
-        const char* infoName;
-        int16_t mode;
-        bool throws;
-    };
+    struct Case { const char* name; const char* contents; const char* infoName; int16_t mode; bool throws; };
     const Case cases[] = {
         {"mode 0", "NAME,MODE\r\nORKA,0\r\n", "ORKA", 0, false},
         {"mode 1, quoted name", "NAME,MODE\r\n\"VESTA\",1\r\n", "VESTA", 1, false},
@@ -64,12 +49,13 @@ TEST(OpenInfoFile, ReadsNameAndModeWithModesOutsideTheRangeAsTwo) {
         {"no data line", "NAME,MODE\r\n", "", 2, true},
     };
     QTemporaryDir dir;
+    const QString info = dir.filePath(control::kHistoryInfoFile);
     control::Lumiscope scope;
     scope.InfoPath = control::SystemPath(dir.path().toStdString()) + "\\";
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
-        QFile::remove(dir.filePath(control::kHistoryInfoFile));
-        if (c.contents) WriteFile(dir.filePath(control::kHistoryInfoFile), c.contents);
+        QFile::remove(info);
+        if (c.contents) std::ofstream(info.toStdString(), std::ios::binary) << c.contents;
         scope.InfoName = "stale";
         scope.InfoMode = 1;
         if (c.throws) EXPECT_THROW(scope.OpenInfoFile(), catalogue::RuntimeError);
@@ -80,10 +66,7 @@ TEST(OpenInfoFile, ReadsNameAndModeWithModesOutsideTheRangeAsTwo) {
 }
 
 TEST(ProgramPath, DevelopmentEnvironmentTakesTheApplicationPathOnlyInExactCase) {
-    struct Case {
-        const char* module;
-        const char* programPath;
-    };
+    struct Case { const char* module; const char* programPath; };
     const char* app = "D:\\work\\project";
     const Case cases[] = {
         {"C:\\Program Files\\Microsoft Visual Studio\\VB98\\VB6.EXE", app},
@@ -91,8 +74,7 @@ TEST(ProgramPath, DevelopmentEnvironmentTakesTheApplicationPathOnlyInExactCase) 
         {"C:\\PROGRAM FILES\\MICROSOFT VISUAL STUDIO\\VB6.EXE", "C:\\PROGRAM FILES\\MICROSOFT VISUAL STUDIO\\"},
         {"C:\\Program Files\\Microsoft Visua\\VB6.EXE", "C:\\Program Files\\Microsoft Visua\\"},
         {"\\usr\\local\\bin\\lumiscope-host", "\\usr\\local\\bin\\"},
-        {"host.exe", ""},
-        {"", ""},
+        {"host.exe", ""}, {"", ""},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.module);

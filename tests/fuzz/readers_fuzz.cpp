@@ -5,11 +5,7 @@
 // uncaught exception, undefined behaviour or an allocation sized by the input.
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <string>
-#include <unistd.h>
 
 #include "catalogue/config_check.h"
 #include "catalogue/numbers.h"
@@ -19,30 +15,21 @@
 #include "vire/queries.h"
 #include "vire/threshold_link.h"
 #include "vire/transport.h"
+#include "test_support.h"
 
 namespace {
 
-// This run's scratch directory: "<tmp>/lumiscope-fuzz-<pid>/configs/", removed
-// when the fuzzer exits.
-const std::filesystem::path& ScratchConfigs() {
-    static const std::filesystem::path dir = [] {
-        const auto root = std::filesystem::temp_directory_path() / ("lumiscope-fuzz-" + std::to_string(::getpid()));
-        std::filesystem::create_directories(root / "configs");
-        static const std::filesystem::path removeAtExit = root;
-        std::atexit([] {
-            std::error_code ignored;
-            std::filesystem::remove_all(removeAtExit, ignored);
-        });
-        return root / "configs";
-    }();
+// This run's scratch directory, removed when the fuzzer exits; the tables go
+// into its "configs" folder.
+const catalogue_test::ScratchDir& Scratch() {
+    static const catalogue_test::ScratchDir dir;
     return dir;
 }
 
+std::string ScratchConfigs() { return Scratch().Path("configs"); }
+
 std::string Write(const std::string& name, const std::string& contents) {
-    const auto path = ScratchConfigs() / name;
-    std::ofstream out(path, std::ios::binary | std::ios::trunc);
-    out << contents;
-    return path.string();
+    return Scratch().Write("configs/" + name, contents);
 }
 
 // A directory whose one machine has one subsystem and a history file, all of
@@ -54,7 +41,7 @@ void CheckDirectoryOf(const std::string& contents) {
     Write("F.csv", contents);
     Write("F.HIST", contents);
     Write("ORKA_BLM_THR.csv", contents);
-    (void)catalogue::CheckConfigDirectory(ScratchConfigs().string());
+    (void)catalogue::CheckConfigDirectory(ScratchConfigs());
 }
 
 // The bytes as a 32-bit number from offset on (0 past the end).
@@ -116,7 +103,7 @@ void ReadSizedChannel(const std::string& contents) {
     const std::string file = Write("sized.csv", "CONTEXT,SERVER,PROPERTY,SIZE,HIGH\r\nC,S/D,P," + size +
                                                     ",input.csv\r\n");
     catalogue::Catalogue cat;
-    cat.ApplicationPath = ScratchConfigs().string();
+    cat.ApplicationPath = ScratchConfigs();
     catalogue::QuietWindow window;
     if (catalogue::ReadSpectrumConfig(cat, window, file) == 0) (void)catalogue::ReadChannelThresholds(cat, window, 0);
 }
@@ -129,8 +116,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const std::string contents(reinterpret_cast<const char*>(data + 1), size - 1);
     const std::string file = Write("input.csv", contents);
     catalogue::Catalogue cat;
-    cat.ApplicationPath = ScratchConfigs().string();
-    cat.ProgramPath = ScratchConfigs().string() + "/";
+    cat.ApplicationPath = ScratchConfigs();
+    cat.ProgramPath = ScratchConfigs() + "/";
     catalogue::QuietWindow window;
     switch (selector % 9) {
         case 0:

@@ -1,8 +1,6 @@
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <unistd.h>
 
+#include "../catalogue/test_support.h"
 #include "sim/settings.h"
 #include "sim_fixture.h"
 
@@ -67,11 +65,10 @@ TEST(ParseFault, KindsDelaysAndCallCountsWithinTheirRanges) {
 }
 
 TEST(SimulationSettings, TheFileThenTheEnvironmentAndWhatCouldNotBeUsed) {
-    const auto dir = std::filesystem::temp_directory_path() / ("lumiscope-sim-" + std::to_string(::getpid()));
-    std::filesystem::create_directories(dir);
+    catalogue_test::ScratchDir dir;
     auto load = [&](const std::string& text) {
-        std::ofstream(dir / sim::kSimulationFileName) << text;
-        return sim::LoadSimulationSettings(dir.string());
+        dir.Write(sim::kSimulationFileName, text);
+        return sim::LoadSimulationSettings(dir.Path());
     };
     auto s = load("; comment\r\nSETTING,TARGET,VALUE\r\nSEED,,42\r\nWRITER,,alice\r\nwriter,,bob\r\n"
                   "FAULT,/KALM/BPMSRV,down*2\r\nFAULT,OKHISTORY,slow:1500\r\nFAULT,X,sometimes\r\nFAULT,Y,code:0\r\n"
@@ -105,8 +102,7 @@ TEST(SimulationSettings, TheFileThenTheEnvironmentAndWhatCouldNotBeUsed) {
     s = load(std::string(kGarbage, sizeof kGarbage - 1));
     EXPECT_EQ(s.seed, 1u);
     EXPECT_TRUE(s.faults.empty() && s.writers.empty());
-    std::filesystem::remove_all(dir);
-    EXPECT_TRUE(sim::LoadSimulationSettings(dir.string()).problems.empty()) << "no file: the defaults";
+    EXPECT_TRUE(sim::LoadSimulationSettings(dir.Path("none")).problems.empty()) << "no file: the defaults";
 }
 
 TEST(SimulatedAcceleratorOfABrokenDirectory, ServesWhatItCouldReadAndSaysWhatItCouldNot) {
