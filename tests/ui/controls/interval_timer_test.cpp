@@ -31,7 +31,8 @@ protected:
 };
 
 TEST_F(TimerTest, TicksFollowEnabledAndInterval) {
-    // Steps: E enable, D disable, I<ms> interval, A<ms>=<ticks so far> advance the clock.
+    // Steps: E enable, D disable, I<ms> interval, X<ms> a refused interval, S0/S1 scheduler out/in, R<enabled><running> 0/1 each,
+    // A<ms>=<ticks so far> advance the clock.
     const std::pair<const char*, std::string> cases[] = {
         {"disabled at first", "I500 A5000=0"},
         {"a tick every interval", "I500 E A499=0 A1=1 A1000=3"},
@@ -41,6 +42,8 @@ TEST_F(TimerTest, TicksFollowEnabledAndInterval) {
         {"the same interval again keeps the countdown", "I500 E A400=0 I500 A100=1"},
         {"interval 0 silences an enabled timer", "I500 E I0 A5000=0 I100 A100=1"},
         {"an interval set while disabled counts from enabling", "I200 A1000=0 E A199=0 A1=1"},
+        {"a negative interval is refused and changes nothing", "I500 E A300=0 X-1 A200=1 D E A500=2"},
+        {"enabled without a scheduler: silent until enabled again", "I100 S0 E R10 S1 A1000=0 D E R11 A1000=10"},
     };
     for (const auto& [name, steps] : cases) {
         IntervalTimer timer;
@@ -51,12 +54,20 @@ TEST_F(TimerTest, TicksFollowEnabledAndInterval) {
             const int32_t value = step.size() > 1 ? std::stoi(step.substr(1)) : 0;
             if (step[0] == 'E' || step[0] == 'D') timer.SetEnabled(step[0] == 'E');
             if (step[0] == 'I') timer.SetInterval(value);
+            if (step[0] == 'X') {
+                EXPECT_THROW(timer.SetInterval(value), catalogue::RuntimeError) << name;
+            }
+            if (step[0] == 'S') vire::SetScheduler(value ? &scheduler_ : nullptr);
+            if (step[0] == 'R') {
+                EXPECT_EQ(10 * timer.Enabled() + timer.Running(), value) << name << ", " << step;
+            }
             if (step[0] != 'A') continue;
             scheduler_.AdvanceBy(value);
             EXPECT_EQ(ticks, std::stoi(step.substr(step.find('=') + 1))) << name << ", " << step;
         }
     }
     EXPECT_EQ(scheduler_.ActiveTimers(), 0u);  // every timer stopped when it went away
+    EXPECT_THROW(IntervalTimer(-500), catalogue::RuntimeError);
 }
 
 TEST_F(TimerTest, AHandlerMayStopOrRetimeItsOwnTimer) {
@@ -91,30 +102,6 @@ TEST_F(TimerTest, ATickDueWhileItsHandlerIsStillRunningIsDropped) {
     EXPECT_EQ(deepest, 1);
     // Ticks at 1000 and 1500 fell due inside the first one; the timer goes on after.
     EXPECT_THAT(at, ElementsAre(500, 2000, 2500));
-}
-
-TEST_F(TimerTest, ANegativeIntervalIsAnErrorAndChangesNothing) {
-    IntervalTimer timer(500);
-    EXPECT_THROW(timer.SetInterval(-1), catalogue::RuntimeError);
-    EXPECT_EQ(timer.Interval(), 500);
-    EXPECT_THROW(IntervalTimer(-500), catalogue::RuntimeError);
-}
-
-TEST_F(TimerTest, WithoutASchedulerAnEnabledTimerIsSilentUntilStartedAgain) {
-    vire::SetScheduler(nullptr);
-    IntervalTimer timer(100);
-    int ticks = 0;
-    QObject::connect(&timer, &IntervalTimer::Tick, [&] { ++ticks; });
-    timer.SetEnabled(true);
-    EXPECT_TRUE(timer.Enabled());
-    EXPECT_FALSE(timer.Running());
-    vire::SetScheduler(&scheduler_);
-    scheduler_.AdvanceBy(1000);
-    EXPECT_EQ(ticks, 0);
-    timer.SetEnabled(false);
-    timer.SetEnabled(true);
-    scheduler_.AdvanceBy(1000);
-    EXPECT_EQ(ticks, 10);
 }
 
 TEST_F(TimerTest, TicksOfAReplacedSchedulerAreStale) {

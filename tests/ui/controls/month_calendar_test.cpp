@@ -14,24 +14,14 @@ namespace ui {
 namespace {
 
 // Sets the process's time zone for one scope.
-class ScopedTimeZone {
-public:
-    explicit ScopedTimeZone(const char* zone) {
-        if (const char* old = std::getenv("TZ")) previous_ = old, hadOne_ = true;
-        setenv("TZ", zone, 1);
+struct ScopedTimeZone {
+    explicit ScopedTimeZone(const char* zone) : saved(std::getenv("TZ") ? std::getenv("TZ") : "") { Set(zone); }
+    ~ScopedTimeZone() { Set(saved.empty() ? nullptr : saved.c_str()); }
+    static void Set(const char* zone) {
+        zone ? setenv("TZ", zone, 1) : unsetenv("TZ");
         tzset();
     }
-    ~ScopedTimeZone() {
-        if (hadOne_)
-            setenv("TZ", previous_.c_str(), 1);
-        else
-            unsetenv("TZ");
-        tzset();
-    }
-
-private:
-    std::string previous_;
-    bool hadOne_ = false;
+    std::string saved;
 };
 
 constexpr const char* kUtc = "UTC0";

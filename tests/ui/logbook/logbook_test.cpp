@@ -93,11 +93,9 @@ TEST_F(LogbookTest, FilesTheWindowAsOneWholeEntryWithItsRecord) {
     QFile recordFile(QDir(first.where).filePath(ui::kLogbookRecordFile));
     ASSERT_TRUE(recordFile.open(QIODevice::ReadOnly));
     const QJsonObject record = QJsonDocument::fromJson(recordFile.readAll()).object();
-    EXPECT_EQ(record["logbook"].toString(), "ORKA");
-    EXPECT_EQ(record["user"].toString(), "operator");
-    EXPECT_EQ(record["machine"].toString(), "VESTA");
-    EXPECT_EQ(record["device"].toString(), "Beam Loss Monitors");
-    EXPECT_EQ(record["title"].toString(), "Spectrum Viewer");
+    QStringList fields;
+    for (const char* key : {"logbook", "user", "machine", "device", "title"}) fields << record[key].toString();
+    EXPECT_EQ(fields, (QStringList{"ORKA", "operator", "VESTA", "Beam Loss Monitors", "Spectrum Viewer"}));
     EXPECT_EQ(QDateTime::fromString(record["time"].toString(), Qt::ISODateWithMs).toMSecsSinceEpoch(), kNow);
     EXPECT_FALSE(record["host"].toString().isEmpty());
 }

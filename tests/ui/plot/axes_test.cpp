@@ -166,21 +166,4 @@ TEST(Axes, TrendPointsGoAtTheClocksTimeAndTheOldestLeave) {
     EXPECT_EQ(plot.TrendCapacity(), 1);
 }
 
-TEST(Axes, ATrendTraceKeepsTheNewestPointsUpToItsCapacity) {
-    const std::pair<int32_t, int> cases[] = {{3, 2}, {3, 3}, {3, 4}, {3, 5}, {3, 6}, {4, 8}, {4, 9}, {1, 2}, {2000, 2002}};
-    for (const auto& [capacity, appends] : cases) {
-        PlexPlot plot;
-        plot.SetTrendCapacity(capacity);
-        const int32_t t = plot.CreateTraceXY(0, {}, std::vector<float>{});
-        std::vector<double> expected;
-        for (int i = 0; i < appends; ++i) plot.AppendPoint(t, static_cast<float>(i), i, 0);
-        for (int i = std::max(0, appends - capacity); i < appends; ++i) expected.push_back(i);
-        std::vector<float> values;
-        std::vector<double> xs;
-        plot.ReadTracePoints(t, values, xs);
-        EXPECT_EQ(xs, expected) << capacity << " after " << appends;
-        EXPECT_EQ(std::vector<double>(values.begin(), values.end()), expected) << capacity << " after " << appends;
-    }
-}
-
 }  // namespace
