@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <vector>
+
 #include <cstdlib>
 #include <cstring>
 #include <stdexcept>
@@ -54,13 +56,31 @@ TEST(ErrorText, TheTextRpcerrWritesUpToItsNulOrErrorUndefined) {
 }
 
 TEST(UserName, TheEnvironmentUnlessSetAndBackAfterAReset) {
-    const std::string saved = std::getenv("USERNAME") ? std::getenv("USERNAME") : "";
-    ::setenv("USERNAME", "from-env", 1);
-    vire::SetUserName("operator");
-    EXPECT_EQ(vire::UserName(), "operator");
-    vire::ResetUserName();
-    EXPECT_EQ(vire::UserName(), "from-env");
-    saved.empty() ? ::unsetenv("USERNAME") : ::setenv("USERNAME", saved.c_str(), 1);
+    const char* variables[] = {"USERNAME", "USER", "LOGNAME"};
+    std::vector<std::string> saved;
+    for (const char* v : variables) saved.push_back(std::getenv(v) ? std::getenv(v) : std::string("\x01"));
+    // The first variable with a name wins; the login name stands in for "USERNAME".
+    const struct {
+        const char* username;
+        const char* user;
+        const char* logname;
+        const char* expected;
+    } cases[] = {
+        {"from-env", "login", "log", "from-env"},
+        {"", "login", "log", "login"},
+        {nullptr, nullptr, "log", "log"},
+        {nullptr, "", "", ""},
+    };
+    for (const auto& c : cases) {
+        const char* values[] = {c.username, c.user, c.logname};
+        for (int i = 0; i < 3; ++i) values[i] ? ::setenv(variables[i], values[i], 1) : ::unsetenv(variables[i]);
+        vire::SetUserName("operator");
+        EXPECT_EQ(vire::UserName(), "operator");
+        vire::ResetUserName();
+        EXPECT_EQ(vire::UserName(), c.expected) << c.expected;
+    }
+    for (int i = 0; i < 3; ++i)
+        saved[i] == "\x01" ? ::unsetenv(variables[i]) : ::setenv(variables[i], saved[i].c_str(), 1);
 }
 
 }  // namespace

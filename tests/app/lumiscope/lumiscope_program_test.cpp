@@ -1,6 +1,7 @@
 // The viewer programs from the shell: help, option mistakes, and unattended
 // snapshots (the messages a run without an operator would have shown go to
 // standard error).
+#include <QFile>
 #include <QImage>
 #include <QTemporaryDir>
 
@@ -33,6 +34,17 @@ TEST(ViewerPrograms, AnswerTheirCommandLines) {
         const test_support::ToolRun run = test_support::RunTool(c.program, c.args, {}, true);
         EXPECT_EQ(run.exitCode, c.exitCode) << run.out;
         EXPECT_NE(run.out.find(c.printed), std::string::npos) << run.out;
+    }
+}
+
+TEST(Programs, EveryOneAnswersHelpWithItsUsageAndExitCodeZero) {
+    for (const std::string program : {"lumiscope-config", "vire-call", "lumiscope-plot-demo", "lumiscope-names",
+                                       "lumiscope-devserver", "lumiscope-archiver"}) {
+        const std::string path = std::string(LUMISCOPE_BINARY_DIR) + "/bin/" + program;
+        if (!QFile::exists(QString::fromStdString(path))) continue;  // a build without that part
+        const test_support::ToolRun run = test_support::RunTool(path, {"--help"});
+        EXPECT_EQ(run.exitCode, 0) << program;
+        EXPECT_EQ(run.out.rfind("usage: " + program, 0), 0u) << program << ": " << run.out;
     }
 }
 
