@@ -72,7 +72,7 @@ TEST(LiveSpectrum, ReversedPartsArriveLastFirstAndLabelsCarryTheTag) {
 }
 
 TEST(LiveSpectrum, PeakHoldKeepsOnlyStrictlyLargerHeldValues) {
-    LiveWindow w({"T,S/D,P,3,Spec,10,0,mm,,,,1,A"});
+    LiveWindow w({"T,S/D,P,3,Orbit,10,0,mm,,,,1,A"});
     w.devices->values["/T/S/D P"] = {5, 0.0f, 5};
     w.Tick();
     w.Tick();
@@ -120,7 +120,7 @@ TEST(LiveSpectrum, TheGateDropsSuppressedArchiveAndFailedEvents) {
         {"failed round", [](LiveWindow& w) { w.devices->failing["/T/S"] = 45; }},
     };
     for (const auto& [name, close] : gates) {
-        LiveWindow w({"T,S/D,P,3,Spec,10,0,mm,,,,1,A"});
+        LiveWindow w({"T,S/D,P,3,Orbit,10,0,mm,,,,1,A"});
         w.devices->values["/T/S/D P"] = {1, 2, 3};
         w.Tick();
         close(w);
@@ -133,7 +133,7 @@ TEST(LiveSpectrum, TheGateDropsSuppressedArchiveAndFailedEvents) {
 }
 
 TEST(LiveSpectrum, CaptionsAppearFromTheSecondEventWithTheModesInOrder) {
-    LiveWindow w({"T,S/D,P,3,Spec,10,0,mm,,,,1,A"});
+    LiveWindow w({"T,S/D,P,3,Orbit,10,0,mm,,,,1,A"});
     w.Tick();
     EXPECT_EQ(w.Texts(), std::vector<std::string>{}) << "a rebuild draws no caption";
     w.Tick();

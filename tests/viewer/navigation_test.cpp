@@ -106,7 +106,7 @@ TEST(Selection, AFifthPropertyIsMappedButHasNoBoxAndASixthIsABoundsFault) {
     for (const int heads : {5, 6}) {
         std::vector<std::string> rows;
         for (int i = 0; i < heads; ++i)
-            rows.push_back("T,S/D,P" + std::to_string(i) + ",2,Spec" + std::to_string(i) + ",10,0,mm,,,,7,Q" +
+            rows.push_back("T,S/D,P" + std::to_string(i) + ",2,Orbit" + std::to_string(i) + ",10,0,mm,,,,7,Q" +
                            std::to_string(i));
         viewer_test::ScratchConfig config(rows);
         FormFixture f("", config.Dir(), "OPERATOR", std::make_shared<viewer_test::FakeDevices>());

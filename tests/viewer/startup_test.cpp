@@ -102,7 +102,7 @@ TEST(StartUp, EachFailingStepShowsItsMessageAndStopsThere) {
          "Read Machine Source Config File failed !"},
     };
     for (const auto& c : cases) {
-        ScratchConfig config({"T,S/D,P,3,Spec,10,0,mm,,,,1,A"});
+        ScratchConfig config({"T,S/D,P,3,Orbit,10,0,mm,,,,1,A"});
         c.damage(config);
         FormFixture f("", config.Dir());
         f.Load();

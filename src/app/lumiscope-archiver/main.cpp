@@ -33,10 +33,7 @@ int Usage(const std::string& problem) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (tool_support::HelpRequested(argc, argv)) {
-        std::cout << kUsage;
-        return 0;
-    }
+    if (tool_support::AnswerHelp(argc, argv, kUsage)) return 0;
     net::BlockStopSignals();
     const auto options = net::ParseProgramOptions(
         argc, argv, {"--config", "--db", "--listen", "--names", "--advertise", "--lease-ms", "--record"});

@@ -235,10 +235,7 @@ std::optional<std::string> TakeOption(std::vector<std::string>& args, const std:
 }  // namespace
 
 int main(int argc, char** argv) try {
-    if (tool_support::HelpRequested(argc, argv)) {
-        std::cout << kUsage;
-        return 0;
-    }
+    if (tool_support::AnswerHelp(argc, argv, kUsage)) return 0;
     std::vector<std::string> args(argv + 1, argv + argc);
     if (args.empty()) return Usage("no command");
     const std::string command = args.front();

@@ -14,10 +14,7 @@ const char* const kUsage = "usage: lumiscope-names [--listen ADDR]\n";
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (tool_support::HelpRequested(argc, argv)) {
-        std::cout << kUsage;
-        return 0;
-    }
+    if (tool_support::AnswerHelp(argc, argv, kUsage)) return 0;
     net::BlockStopSignals();
     const auto options = net::ParseProgramOptions(argc, argv, {"--listen"});
     if (!options.problem.empty()) {

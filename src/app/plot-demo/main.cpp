@@ -23,10 +23,7 @@ const char* const kUsage =
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (tool_support::HelpRequested(argc, argv)) {
-        std::fputs(kUsage, stdout);
-        return 0;
-    }
+    if (tool_support::AnswerHelp(argc, argv, kUsage)) return 0;
     QApplication app(argc, argv);
     std::string config = LUMISCOPE_SAMPLE_CONFIG_DIR;
     QString screenshot;

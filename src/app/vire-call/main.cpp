@@ -127,10 +127,7 @@ int Run(const CallArguments& a) {
 }  // namespace
 
 int main(int argc, char** argv) try {
-    if (tool_support::HelpRequested(argc, argv)) {
-        std::cout << kUsage;
-        return 0;
-    }
+    if (tool_support::AnswerHelp(argc, argv, kUsage)) return 0;
     CallArguments arguments;
     arguments.configDir = LUMISCOPE_SAMPLE_CONFIG_DIR;
     const std::string problem =
