@@ -18,9 +18,11 @@ double NumberOfText(const std::string& text) { return catalogue::NumericValue(te
 
 std::string GridValueText(float value) {
     if (value == 0.0f) return "0";
-    const double magnitude = std::fabs(static_cast<double>(value));
+    // Compared in single precision: 0.01 as a single lies just below the
+    // double 0.01 and still takes four decimals.
+    const float magnitude = std::fabs(value);
     char buffer[48];
-    if (magnitude >= 0.01 && magnitude <= 9999.0) {
+    if (magnitude >= 0.01f && magnitude <= 9999.0f) {
         std::snprintf(buffer, sizeof buffer, "%.4f", static_cast<double>(value));
     } else {
         // The runtime's "scientific": two decimals and a signed exponent of
