@@ -89,6 +89,7 @@ TEST_F(LogbookTest, FilesTheWindowAsOneWholeEntryWithItsRecord) {
     for (const char* key : {"logbook", "user", "machine", "device", "title"}) fields << record[key].toString();
     EXPECT_EQ(fields, (QStringList{"ORKA", "operator", "VESTA", "Beam Loss Monitors", "Spectrum Viewer"}));
     EXPECT_EQ(QDateTime::fromString(record["time"].toString(), Qt::ISODateWithMs).toMSecsSinceEpoch(), kNow);
+    EXPECT_FALSE(record["host"].toString().isEmpty());
 }
 
 TEST_F(LogbookTest, RefusedEntriesLeaveNothingAndSayWhy) {
