@@ -130,7 +130,8 @@ TEST(ValueGrid, BlockPasteFillsTheRangeFromItsTopLeftCell) {
 TEST(ValueGrid, ColumnWidthsInTwipsAndASizeFittedToRowsAndColumns) {
     auto grid = ItemGrid();
     grid->SetColWidth(1, 1100);
-    EXPECT_EQ(std::pair(grid->ColWidth(1), grid->columnWidth(1)), std::pair(1100, TwipsToPixels(1100, grid->logicalDpiX())));
+    EXPECT_EQ(std::pair(grid->ColWidth(1), grid->columnWidth(1)),
+              std::pair(1100, TwipsToPixels(1100, grid->logicalDpiX())));
     grid->SetRowHeight(0, 480);
     EXPECT_EQ(grid->rowHeight(0), TwipsToPixels(480, grid->logicalDpiY()));
     grid->FitWidthToColumns();

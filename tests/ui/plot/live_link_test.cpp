@@ -88,7 +88,8 @@ TEST_F(LiveLinkTest, ARoundRaisesOneEventFlaggedOnlyWhenEveryLinkFailed) {
         {"only the last good", {vire::kTimeout, vire::kTimeout, 0}, 0},
         {"all failed: the first failure", {vire::kUnknownDevice, vire::kTimeout, vire::kLinkError}, vire::kUnknownDevice},
         // A link detached in the middle of a round no longer counts in it.
-        {"detached once heard from: the round waits for the rest", {0, vire::kTimeout, vire::kTimeout}, vire::kTimeout, 0, 1},
+        {"detached once heard from: the round waits for the rest", {0, vire::kTimeout, vire::kTimeout}, vire::kTimeout,
+         0, 1},
         {"a detached link's failure is not the round's", {vire::kTimeout, 0, 0}, 0, 0, 2},
         {"detached before heard from: the round ends without it", {0, 0, 0}, 0, 2, 1},
     };
@@ -101,7 +102,8 @@ TEST_F(LiveLinkTest, ARoundRaisesOneEventFlaggedOnlyWhenEveryLinkFailed) {
             EXPECT_EQ(plot->LinkStatus(links.back()), vire::kNoData) << c.name;  // nothing delivered yet
         }
         live.transport->beforePoll = [&](const std::string& device) {
-            if (c.detach >= 0 && device == "/ORKA/BPMQ1/P" + std::to_string(c.when)) plot->Detach(links[size_t(c.detach)]);
+            if (c.detach >= 0 && device == "/ORKA/BPMQ1/P" + std::to_string(c.when))
+                plot->Detach(links[size_t(c.detach)]);
         };
         live.scheduler.AdvanceBy(999);
         EXPECT_TRUE(events.empty()) << c.name;
