@@ -4,30 +4,23 @@
 
 #include <sstream>
 
+#include "../plot/plot_test_support.h"
 #include "catalogue/runtime_error.h"
 #include "ui/controls/interval_timer.h"
-#include "vire/clock.h"
-#include "vire/scheduler.h"
 
 namespace ui {
 namespace {
 
 using ::testing::ElementsAre;
 
+// The test clock and a manual scheduler, as the plot tests use them.
 class TimerTest : public ::testing::Test {
 protected:
-    TimerTest() {
-        vire::SetTestClock(1'700'000'000'000);
-        vire::SetScheduler(&scheduler_);
-    }
-    ~TimerTest() override {
-        vire::SetScheduler(nullptr);
-        vire::UseSystemClock();
-    }
     // Milliseconds since the test began.
-    static int64_t Elapsed() { return vire::NowMilliseconds() - 1'700'000'000'000; }
+    static int64_t Elapsed() { return vire::NowMilliseconds() - plot_test::kStartMs; }
 
-    vire::ManualScheduler scheduler_;
+    plot_test::LiveFixture live_;
+    vire::ManualScheduler& scheduler_ = live_.scheduler;
 };
 
 TEST_F(TimerTest, TicksFollowEnabledAndInterval) {
@@ -70,38 +63,27 @@ TEST_F(TimerTest, TicksFollowEnabledAndInterval) {
     EXPECT_THROW(IntervalTimer(-500), catalogue::RuntimeError);
 }
 
-TEST_F(TimerTest, AHandlerMayStopOrRetimeItsOwnTimer) {
-    IntervalTimer movie(500);
-    std::vector<int64_t> at;
-    QObject::connect(&movie, &IntervalTimer::Tick, [&] {
-        at.push_back(Elapsed());
-        if (at.size() == 2) movie.SetInterval(1000);
-        if (at.size() == 4) movie.SetEnabled(false);  // the replay passed its last point
-    });
-    movie.SetEnabled(true);
-    scheduler_.AdvanceBy(10'000);
-    EXPECT_THAT(at, ElementsAre(500, 1000, 2000, 3000));
-    EXPECT_FALSE(movie.Enabled());
-    EXPECT_FALSE(movie.Running());
-    EXPECT_EQ(scheduler_.ActiveTimers(), 0u);
-}
-
-TEST_F(TimerTest, ATickDueWhileItsHandlerIsStillRunningIsDropped) {
+TEST_F(TimerTest, AHandlerMayStopOrRetimeItsOwnTimerAndTicksDueWhileItRunsAreDropped) {
     IntervalTimer movie(500);
     std::vector<int64_t> at;
     int depth = 0, deepest = 0;
     QObject::connect(&movie, &IntervalTimer::Tick, [&] {
         deepest = std::max(deepest, ++depth);
         at.push_back(Elapsed());
-        // The first tick's handler opens a box: time goes on under it.
+        // The first tick's handler opens a box: time goes on under it, the
+        // ticks at 1000 and 1500 fall due inside it.
         if (at.size() == 1) scheduler_.AdvanceBy(1200);
+        if (at.size() == 2) movie.SetInterval(1000);
+        if (at.size() == 4) movie.SetEnabled(false);  // the replay passed its last point
         --depth;
     });
     movie.SetEnabled(true);
-    scheduler_.AdvanceBy(2500);
+    scheduler_.AdvanceBy(10'000);
     EXPECT_EQ(deepest, 1);
-    // Ticks at 1000 and 1500 fell due inside the first one; the timer goes on after.
-    EXPECT_THAT(at, ElementsAre(500, 2000, 2500));
+    EXPECT_THAT(at, ElementsAre(500, 2000, 3000, 4000));
+    EXPECT_FALSE(movie.Enabled());
+    EXPECT_FALSE(movie.Running());
+    EXPECT_EQ(scheduler_.ActiveTimers(), 0u);
 }
 
 TEST_F(TimerTest, TicksOfAReplacedSchedulerAreStale) {

@@ -41,7 +41,6 @@ TEST(LocalMidnight, DaysConvertToTheSecondsOfTheirLocalMidnightAndBack) {
         {kCentralEurope, QDate(1970, 1, 1), -1},  // 23:00 the day before, in UTC
         {kUtc, QDate(2038, 1, 20), -1},
         {kUtc, QDate(), -1},
-        {kUtc, QDate(2024, 2, 30), -1},
     };
     for (const Case& c : cases) {
         ScopedTimeZone zone(c.zone);
@@ -58,7 +57,6 @@ TEST(LocalMidnight, DaysConvertToTheSecondsOfTheirLocalMidnightAndBack) {
 TEST(MonthCalendar, ValueStaysWithinItsLimits) {
     ScopedTimeZone zone(kUtc);
     MonthCalendar calendar;
-    EXPECT_EQ(calendar.objectName(), "MonthView1");
     const QDate today(2024, 2, 29);
     // Start-up puts value and both limits on today; then each step sets one thing.
     struct Step { char what; QDate set, value; int monthShown; };

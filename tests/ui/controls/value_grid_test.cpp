@@ -129,10 +129,9 @@ TEST(ValueGrid, BlockPasteFillsTheRangeFromItsTopLeftCell) {
 
 TEST(ValueGrid, ColumnWidthsInTwipsAndASizeFittedToRowsAndColumns) {
     auto grid = ItemGrid();
-    const int32_t widths[] = {1000, 1100, 1100};
-    for (int c = 0; c < 3; ++c) grid->SetColWidth(c, widths[c]);
-    for (int c = 0; c < 3; ++c)
-        EXPECT_EQ(std::pair(grid->ColWidth(c), grid->columnWidth(c)), std::pair(widths[c], TwipsToPixels(widths[c], grid->logicalDpiX())));
+    grid->SetColWidth(1, 1100);
+    EXPECT_EQ(std::pair(grid->ColWidth(1), grid->columnWidth(1)),
+              std::pair(1100, TwipsToPixels(1100, grid->logicalDpiX())));
     grid->SetRowHeight(0, 480);
     EXPECT_EQ(grid->rowHeight(0), TwipsToPixels(480, grid->logicalDpiY()));
     grid->FitWidthToColumns();

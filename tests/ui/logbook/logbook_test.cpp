@@ -39,14 +39,6 @@ private:
     rlimit saved_{};
 };
 
-QImage Noise(int width, int height) {
-    QImage image(width, height, QImage::Format_RGB32);
-    uint32_t state = 12345;
-    for (int y = 0; y < height; ++y)
-        for (int x = 0; x < width; ++x) image.setPixel(x, y, state = state * 1664525u + 1013904223u);
-    return image;
-}
-
 constexpr int64_t kNow = 1'790'000'000'123;  // milliseconds, a fixed "now"
 
 class LogbookTest : public ::testing::Test {
@@ -128,7 +120,8 @@ TEST_F(LogbookTest, RefusedEntriesLeaveNothingAndSayWhy) {
         }
         ui::Logbook::SetRootDirectory(root);
         ui::Logbook::SetPrinterLookup([&](const QString& name) { return c.printerInstalled && name == "ORKA"; });
-        const QImage picture = c.setup == Setup::NoPicture ? QImage() : Noise(40, 30);
+        QImage picture = c.setup == Setup::NoPicture ? QImage() : QImage(40, 30, QImage::Format_RGB32);
+        picture.fill(Qt::darkCyan);
         ui::ScopedDialogResponder boxes;
         boxes.Answer(ui::MsgBoxResult::OK);
 

@@ -55,6 +55,7 @@ TEST(Axes, AutoScaleMovesOnlyTheFlaggedLimitsToTheValuesAsDrawn) {
         ui::AxisLimits before;
         int16_t flags[4];           // xMin, xMax, yMin, yMax
         ui::AxisLimits after;
+        std::vector<double> xs = {};  // none: x 0..n-1
     };
     const std::vector<float> data{10, 30, 20, 15, 12};
     const ui::AxisLimits wide{-100, 100, -100, 100};
@@ -73,13 +74,13 @@ TEST(Axes, AutoScaleMovesOnlyTheFlaggedLimitsToTheValuesAsDrawn) {
         {"relative: against the reference", {14, 24}, true, wide, {0, 0, 1, 1}, {-100, 100, 9.5, 20.5}},
         {"NaN and infinity ignored", {nan, 10, inf, 20}, false, wide, {0, 0, 1, 1}, {-100, 100, 9.5, 20.5}},
         {"no data in view: unchanged", {1, 2}, false, {10, 20, -1, 1}, {0, 0, 1, 1}, {10, 20, -1, 1}},
+        {"x: points without a value left out", {1, 2, nan}, false, wide, {1, 1, 0, 0}, {5, 6, -100, 100}, {5, 6, 50}},
     };
     for (const Case& c : cases) {
         PlexPlot plot;
-        plot.SetXRange(c.before.xMin, c.before.xMax);
-        plot.SetYMin(c.before.yMin);
-        plot.SetYMax(c.before.yMax);
-        const int32_t t = plot.CreateTrace(static_cast<int32_t>(c.values.size()), c.values);
+        plot_test::SetLimits(plot, c.before.xMin, c.before.xMax, c.before.yMin, c.before.yMax);
+        const auto n = static_cast<int32_t>(c.values.size());
+        const int32_t t = c.xs.empty() ? plot.CreateTrace(n, c.values) : plot.CreateTraceXY(n, c.xs, c.values);
         const std::vector<float> far{1e6f, -1e6f}, reference{4, 4};
         plot.ShowTrace(plot.CreateTrace(2, far), false);  // hidden traces do not count
         plot.SetReferenceData(t, reference, 2);
@@ -88,13 +89,6 @@ TEST(Axes, AutoScaleMovesOnlyTheFlaggedLimitsToTheValuesAsDrawn) {
         EXPECT_EQ((std::array<double, 4>{plot.XMin(), plot.XMax(), plot.YMin(), plot.YMax()}),
                   (std::array<double, 4>{c.after.xMin, c.after.xMax, c.after.yMin, c.after.yMax})) << c.name;
     }
-}
-
-TEST(Axes, AutoScaleOfXLeavesOutPointsWithoutAValue) {
-    PlexPlot plot;
-    plot.CreateTraceXY(3, std::vector<double>{5, 6, 50}, std::vector<float>{1, 2, std::nanf("")});
-    plot.AutoScale(1, 1, 0, 0);
-    EXPECT_EQ((std::array<double, 2>{plot.XMin(), plot.XMax()}), (std::array<double, 2>{5, 6}));
 }
 
 TEST(Axes, TimeTextIsTheMiddlewaresTextOfTheNearestSecond) {

@@ -16,9 +16,7 @@ constexpr ui::Colour kGreen = 0x008000, kDarkRed = 0x000080, kBlue = 0xFF0000;
 class DrawingTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        plot.SetXRange(0, 9);
-        plot.SetYMin(0);
-        plot.SetYMax(100);
+        plot_test::SetLimits(plot, 0, 9, 0, 100);
         plot_test::Show(plot);
     }
     // A flat trace of 10 points.
@@ -98,7 +96,7 @@ TEST_F(DrawingTest, TheAxesFrameIsDrawnAgainOnlyWhenItChanged) {
     EXPECT_EQ(renders(), 1);
 }
 
-TEST_F(DrawingTest, TextsMarksAndCursorAppearWhereAndInTheColourGiven) {
+TEST_F(DrawingTest, TextsMarksAndCursorAppearWhereAndInTheColourGivenAndNowhereWhenAbsurd) {
     plot.SetForeColour(kBlue);
     const int32_t text = plot.DrawText(2, 80, "\u2588\u2588\u2588\u2588");  // solid blocks
     EXPECT_EQ(At(78, 2.2), ui::ToQColor(kBlue));  // below and right of (2, 80)
@@ -117,9 +115,8 @@ TEST_F(DrawingTest, TextsMarksAndCursorAppearWhereAndInTheColourGiven) {
     EXPECT_EQ(At(45, 3), QColor(0x50, 0x50, 0x50));
     plot.SetCursorVisible(false);
     EXPECT_EQ(At(45, 3), QColor(Qt::white));
-}
 
-TEST_F(DrawingTest, TextsMarksAndACursorAtAbsurdPositionsAreDrawnNowhere) {
+    // At absurd positions: drawn nowhere.
     Flat(50, kGreen);
     const QImage before = plot.Canvas()->grab().toImage();
     for (double v : {std::nan(""), std::numeric_limits<double>::infinity(), 1e300, -1e300}) {

@@ -1,4 +1,4 @@
-// What the plot tests share: a transport whose readings the test decides, the
+// What the ui tests share: a transport whose readings the test decides, the
 // test clock with a manual scheduler, and a plot shown at a known size.
 #pragma once
 
@@ -76,6 +76,13 @@ public:
     vire::ManualScheduler scheduler;
     std::shared_ptr<FakeTransport> transport;
 };
+
+// The axis limits, set as the caller sets them.
+inline void SetLimits(ui::PlexPlot& plot, double xMin, double xMax, double yMin, double yMax) {
+    plot.SetXRange(xMin, xMax);
+    plot.SetYMin(yMin);
+    plot.SetYMax(yMax);
+}
 
 // A plot on screen (offscreen platform) at a known size, laid out.
 inline void Show(ui::PlexPlot& plot, int width = 600, int height = 400) {

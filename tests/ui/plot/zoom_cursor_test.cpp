@@ -19,9 +19,7 @@ using Ranges = std::array<double, 4>;
 class ZoomTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        plot.SetXRange(0, 100);
-        plot.SetYMin(0);
-        plot.SetYMax(50);
+        plot_test::SetLimits(plot, 0, 100, 0, 50);
         plot_test::Show(plot);
         // The zoom state is asked inside the event, as the window's handler does.
         QObject::connect(&plot, &PlexPlot::ZoomEvent, [this](double a, double b, double c, double d) {
@@ -104,9 +102,7 @@ TEST_F(ZoomTest, UnzoomReturnsToTheRangeBeforeTheFirstZoomAResetKeepsTheLimitsSi
     };
     for (const Case& c : cases) {
         for (int i = 0; i < c.zoomsFirst; ++i) Drag(At(0.1, 0.1), At(0.8, 0.8));
-        plot.SetXRange(10, 20);  // from code while zoomed: still zoomed, home kept
-        plot.SetYMin(0);
-        plot.SetYMax(50);
+        plot_test::SetLimits(plot, 10, 20, 0, 50);  // from code while zoomed: still zoomed, home kept
         EXPECT_EQ(plot.IsZoomed(), c.zoomsFirst > 0) << c.name;
         zooms.clear();
         zoomedInEvent.clear();
