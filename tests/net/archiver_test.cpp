@@ -33,7 +33,7 @@ TEST(Archiver, AnswersTheSimulatedPastOverTheNetworkAndKeepsItAcrossARestart) {
     net::NetworkTransport network(net::NetworkSettings{names.Address(), "", ""});
     const auto started = [&] {
         return archiver.Start("lumiscope-archiver", args, kSimEnvironment) && WaitUntil([&] {
-            return Read(network, "/ORKA/OKHISTORY/#1", "LOSS.INT", vire::kFormatFltInt, 1).status != vire::kLinkError;
+            return Read(network, "/ORKA/OKHISTORY/#1", "LOSS.INT", 1, vire::kFormatFltInt).status != vire::kLinkError;
         }, std::chrono::seconds(10));
     };
     ASSERT_TRUE(started());
@@ -57,11 +57,9 @@ TEST(Archiver, AnswersTheSimulatedPastOverTheNetworkAndKeepsItAcrossARestart) {
     };
     std::vector<Answer> first;
     for (const auto& [device, property, format, count, input] : cases) {
-        const Answer here = Read(*local, device, property, format, count, input);
-        const Answer there = Read(network, device, property, format, count, input);
-        EXPECT_EQ(there.status, here.status) << device << " " << property;
-        EXPECT_EQ(there.count, here.count) << device << " " << property;
-        EXPECT_EQ(there.bytes, here.bytes) << device << " " << property;
+        const Answer here = Read(*local, device, property, count, format, input);
+        const Answer there = Read(network, device, property, count, format, input);
+        EXPECT_EQ(there, here) << device << " " << property;
         first.push_back(there);
     }
 
@@ -73,18 +71,14 @@ TEST(Archiver, AnswersTheSimulatedPastOverTheNetworkAndKeepsItAcrossARestart) {
         store.PutSnapshot("/ORKA/BPMHIST", "ORBIT.X.Q1.HIST", from + 600, std::vector<float>(32, 77.25f), true);
     }
     ASSERT_TRUE(started());
-    const Answer q3 = Read(network, "/ORKA/BPMHIST/#0", "ORBIT.X.Q3.HIST", vire::kFormatSingle, 32, {from, from, 0});
-    ASSERT_EQ(q3.count, 32);
-    for (int32_t k = 0; k < 32; ++k) EXPECT_EQ(vire::LoadFloat(q3.bytes, 4 * size_t(k)), 42.5f) << k;
+    const Answer q3 = Read(network, "/ORKA/BPMHIST/#0", "ORBIT.X.Q3.HIST", 32, vire::kFormatSingle, {from, from, 0});
+    EXPECT_EQ(q3.values, std::vector<float>(32, 42.5f));
     // The recorded spectrum wins over what was filled in before, at its time only.
     const auto& [device, property, format, count, input] = cases[0];
-    const Answer q1 = Read(network, device, property, format, count, input);
-    ASSERT_EQ(q1.bytes.size(), first[0].bytes.size());
-    for (int32_t k = 0; k < q1.count; ++k) {
-        const bool recorded = vire::LoadInt32(q1.bytes, 8 * size_t(k) + 4) == from + 600;
-        const float before = vire::LoadFloat(first[0].bytes, 8 * size_t(k));
-        EXPECT_EQ(vire::LoadFloat(q1.bytes, 8 * size_t(k)), recorded ? 77.25f : before) << k;
-    }
+    const Answer q1 = Read(network, device, property, count, format, input);
+    ASSERT_EQ(q1.times, first[0].times);
+    for (size_t k = 0; k < q1.values.size(); ++k)
+        EXPECT_EQ(q1.values[k], q1.times[k] == from + 600 ? 77.25f : first[0].values[k]) << k;
     // What the first run filled in is in the database, not computed again.
     net::ArchiveStore store(net::OpenSqlDatabase(db));
     const auto kept = store.Series("/ORKA/BPMHIST", "ORBIT.X.Q1.HIST", 0, from, to);

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "net/network_transport.h"
+#include "../sim/transport_read.h"
 #include "server_processes.h"
 #include "sim/simulated_accelerator.h"
 #include "vire/completion_codes.h"
@@ -32,26 +33,8 @@ inline std::shared_ptr<sim::SimulatedAccelerator> LocalTwin() {
     return std::make_shared<sim::SimulatedAccelerator>(LUMISCOPE_SAMPLE_CONFIG_DIR);
 }
 
-struct Answer {
-    vire::Status status = -1;
-    int32_t count = 0;
-    std::vector<std::byte> bytes;  // the delivered elements only
-};
-
-// One read through a transport: `count` elements of `format`, LONG input.
-inline Answer Read(vire::Transport& transport, const std::string& device, const std::string& property, int16_t format,
-                   int32_t count, const std::vector<int32_t>& input = {}, int32_t timeoutMs = 1000) {
-    const int32_t width = std::max(vire::FormatSize(format), 1);
-    std::vector<std::byte> buffer(static_cast<size_t>(std::max(count, 0)) * static_cast<size_t>(width));
-    std::vector<std::byte> in(input.size() * 4);
-    for (size_t i = 0; i < input.size(); ++i) vire::StoreInt32(in, 4 * i, input[i]);
-    vire::DataObject out{count, format, "", buffer};
-    const vire::Status status = transport.Call(
-        device, property, out, vire::DataObject{static_cast<int32_t>(input.size()), vire::kFormatLong, "", in},
-        vire::kAccessRead, timeoutMs);
-    buffer.resize(static_cast<size_t>(std::max(out.count, 0)) * static_cast<size_t>(width));
-    return Answer{status, out.count, buffer};
-}
+using sim_test::Answer;
+using sim_test::Read;
 
 class NetworkSuite : public ::testing::Test {
 protected:
@@ -74,7 +57,7 @@ protected:
         ASSERT_TRUE(devices->Running()) << "the device server did not start";
         // The device server registers its names as it starts listening.
         ASSERT_TRUE(WaitUntil(
-            [] { return Read(*Transport(), "/ORKA/BPMQ1/ORBIT", "ORBIT.X", vire::kFormatSingle, 1).status == 0; },
+            [] { return Read(*Transport(), "/ORKA/BPMQ1/ORBIT", "ORBIT.X", 1).status == 0; },
             std::chrono::seconds(10)));
     }
     static std::shared_ptr<net::NetworkTransport> Transport(const std::string& clientHost = "opsconsole") {

@@ -33,7 +33,7 @@ TEST_F(SimTest, FaultsComeBeforeEverythingAndRecoverAfterTheirCalls) {
         accelerator->SetFault(c.target, fault);
         for (size_t i = 0; i < c.steps.size(); ++i) {
             const int64_t before = vire::NowMilliseconds();
-            const auto r = Floats("/ORKA/BPMQ1/ORBIT", "ORBIT.X", 32, vire::kFormatSingle, c.steps[i].timeoutMs);
+            const auto r = Read("/ORKA/BPMQ1/ORBIT", "ORBIT.X", 32, vire::kFormatSingle, {}, -1, c.steps[i].timeoutMs);
             EXPECT_EQ(r.status, c.steps[i].status) << c.target << "=" << c.fault << " call " << i;
             EXPECT_EQ(r.values.size(), r.status == 0 ? 32u : 0u);
             EXPECT_EQ(vire::NowMilliseconds() - before, c.steps[i].waitedMs) << c.target << "=" << c.fault << " call " << i;
