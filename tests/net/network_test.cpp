@@ -7,6 +7,7 @@
 #include <tuple>
 
 #include "network_fixture.h"
+#include "vire/clock.h"
 
 namespace net_test {
 namespace {
@@ -51,27 +52,42 @@ TEST_F(NetworkSuite, ASlowServerAnswersTimeOutWhenTheDeadlinePasses) {
     EXPECT_LT(shortest, milliseconds(350));  // and not for the engine's own ideas of a time-out
 }
 
-TEST_F(NetworkSuite, DeterministicAnswersAreTheSimulatedAcceleratorsByteForByte) {
+TEST_F(NetworkSuite, DeterministicAnswersOfDevicesAndArchiverAreTheSimulatedAcceleratorsByteForByte) {
     auto local = LocalTwin();
     auto network = Transport();
-    const std::tuple<const char*, const char*, int16_t, int32_t> cases[] = {
-        {"/ORKA/BPMQ1/#0", "ORBIT.X.NAM", vire::kFormatName16, 2000},
-        {"/LYRAS/PSSTEER/#0", "CURRENT.SET.NAM", vire::kFormatName16, 2000},  // continued names
-        {"/ORKA/BCMSRV/#0", "CHARGE.NAM", vire::kFormatName16, 5},             // "#0": no names
-        {"/ORKA/BLMSRV/LOSS.RING", "THRESHOLD", vire::kFormatSingle, 96},
-        {"/ORKA/BLMSRV/LOSS.RING", "THRESHOLD[95]", vire::kFormatSingle, 1},
-        {"/ORKA/BLMSRV/LOSS.RING", "THRESHOLD[96]", vire::kFormatSingle, 1},  // 14
-        {"/ORKA/BLMSRV/LOCATIONS", "LOCATION", vire::kFormatName32, 96},
-        {"/ORKA/BPMQ1/ORBIT", "ORBIT.X", vire::kFormatDouble, 32},             // 13
-        {"/ORKA/BPMQ1/NOPE", "ORBIT.X", vire::kFormatSingle, 32},              // 11
-        {"/ORKA/BPMQ1/ORBIT", "NOPE", vire::kFormatSingle, 32},                // 12
-        {"/ORKA/NOSUCH/ORBIT", "ORBIT.X", vire::kFormatSingle, 32},            // 2
-        {"/VESTA/BLMSRV/LOSS", "LOSS.FAST", vire::kFormatSingle, 24},          // fault code:36
-        {"/ORKA/BPMQ1/ORBIT", "ORBIT.X", vire::kFormatSingle, -1},             // 14
+    const int32_t now = static_cast<int32_t>(vire::NowMilliseconds() / 1000);
+    const int32_t from = (now - 7200) / 60 * 60, to = (now - 3600) / 60 * 60;  // whole minutes
+    // device, property, format, count, input (a history read's time window)
+    const std::tuple<const char*, const char*, int16_t, int32_t, std::vector<int32_t>> cases[] = {
+        {"/ORKA/BPMQ1/#0", "ORBIT.X.NAM", vire::kFormatName16, 2000, {}},
+        {"/LYRAS/PSSTEER/#0", "CURRENT.SET.NAM", vire::kFormatName16, 2000, {}},  // continued names
+        {"/ORKA/BCMSRV/#0", "CHARGE.NAM", vire::kFormatName16, 5, {}},             // "#0": no names
+        {"/ORKA/BLMSRV/LOSS.RING", "THRESHOLD", vire::kFormatSingle, 96, {}},
+        {"/ORKA/BLMSRV/LOSS.RING", "THRESHOLD[95]", vire::kFormatSingle, 1, {}},
+        {"/ORKA/BLMSRV/LOSS.RING", "THRESHOLD[96]", vire::kFormatSingle, 1, {}},  // 14
+        {"/ORKA/BLMSRV/LOCATIONS", "LOCATION", vire::kFormatName32, 96, {}},
+        {"/ORKA/BPMQ1/ORBIT", "ORBIT.X", vire::kFormatDouble, 32, {}},             // 13
+        {"/ORKA/BPMQ1/NOPE", "ORBIT.X", vire::kFormatSingle, 32, {}},              // 11
+        {"/ORKA/BPMQ1/ORBIT", "NOPE", vire::kFormatSingle, 32, {}},                // 12
+        {"/ORKA/NOSUCH/ORBIT", "ORBIT.X", vire::kFormatSingle, 32, {}},            // 2
+        {"/VESTA/BLMSRV/LOSS", "LOSS.FAST", vire::kFormatSingle, 24, {}},          // fault code:36
+        {"/ORKA/BPMQ1/ORBIT", "ORBIT.X", vire::kFormatSingle, -1, {}},             // 14
+        // The archiver: the simulated past, kept in its database.
+        {"/ORKA/BPMHIST/BPM.S01.C1", "ORBIT.X.Q1.HIST", vire::kFormatFltInt, 999, {from, to}},
+        {"/ORKA/BPMHIST/BPM.S01.C1", "ORBIT.X.Q1.HIST", vire::kFormatFltInt, 20, {from, to}},  // spread out
+        {"/ORKA/OKHISTORY/BLM.S02.3", "LOSS.INT", vire::kFormatFltInt, 999, {now - 86400, now}},
+        {"/ORKA/BPMHIST/#1", "ORBIT.X.Q1.HIST", vire::kFormatFltInt, 1, {from, to, 0}},
+        {"/ORKA/BPMHIST/#0", "ORBIT.X.Q3.HIST", vire::kFormatSingle, 32, {from, from, 0}},
+        {"/ORKA/BPMHIST/#0", "ORBIT.X.Q3.HIST", vire::kFormatSingle, 8, {from, from, 0}},
+        {"/ORKA/BPMHIST/NOPE", "ORBIT.X.Q1.HIST", vire::kFormatFltInt, 10, {from, to}},         // 11
+        {"/ORKA/BPMHIST/BPM.S01.C1", "NOPE", vire::kFormatFltInt, 10, {from, to}},              // 12
+        {"/ORKA/BPMHIST/BPM.S01.C1", "ORBIT.X.Q1.HIST", vire::kFormatFltInt, 10, {from}},       // 16
+        {"/ORKA/BPMHIST/BPM.S01.C1", "ORBIT.X.Q1.HIST", vire::kFormatSingle, 10, {from, to}},   // 13
+        {"/ORKA/BPMHIST/#0", "ORBIT.X.Q1.HIST", vire::kFormatSingle, 32, {1000, 1000, 0}},      // 36: not recorded
     };
-    for (const auto& [device, property, format, count] : cases) {
-        const Answer here = Read(*local, device, property, count, format);
-        const Answer there = Read(*network, device, property, count, format);
+    for (const auto& [device, property, format, count, input] : cases) {
+        const Answer here = Read(*local, device, property, count, format, input);
+        const Answer there = Read(*network, device, property, count, format, input);
         EXPECT_EQ(there, here) << device << " " << property;
     }
 }
@@ -105,7 +121,7 @@ TEST_F(NetworkSuite, ThresholdWritesNeedAWriterOnAnAllowedHost) {
 }
 
 TEST_F(NetworkSuite, NoiseSentToAServerLeavesItServing) {
-    const std::string& address = devices->Address();
+    const std::string& address = devices.Address();
     const auto port = static_cast<uint16_t>(std::stoi(address.substr(address.rfind(':') + 1)));
     for (const std::string& junk : {std::string("PRI * HTTP/2.0\r\n\r\nSM\r\n\r\n") + std::string(9, '\xFF'),
                                    std::string(2048, '\xA5')}) {

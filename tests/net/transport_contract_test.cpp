@@ -97,20 +97,13 @@ INSTANTIATE_TEST_SUITE_P(Both, TransportContract, ::testing::Values("simulated",
                          [](const auto& info) { return info.param; });
 
 // A server that goes away and comes back, for the network transport only.
-class LiveLinks : public ::testing::Test, public LiveHelpers {
+class LiveLinks : public NetworkSuite, public LiveHelpers {
 protected:
     void SetUp() override {
-        ASSERT_TRUE(names.Start("lumiscope-names", {"--listen", "127.0.0.1:0"}));
-        ASSERT_TRUE(StartDevices());
-        transport = std::make_shared<net::NetworkTransport>(net::NetworkSettings{names.Address(), "", ""});
-    }
-    bool StartDevices() {
-        return devices.Start("lumiscope-devserver",
-                             {"--config", LUMISCOPE_SAMPLE_CONFIG_DIR, "--names", names.Address(), "--lease-ms", "600"},
-                             kSimEnvironment);
+        NetworkSuite::SetUp();
+        transport = Transport();
     }
     size_t SharedReadings() const { return static_cast<net::NetworkTransport&>(*transport).SharedReadings(); }
-    ServerProcess names, devices;
 };
 
 TEST_F(LiveLinks, AServerAwayFailsEveryIntervalAndIsReadAgainAfterItsReturn) {
