@@ -1,6 +1,4 @@
 // The network transport against real server processes on loopback.
-#include <arpa/inet.h>
-#include <sys/socket.h>
 #include <unistd.h>
 
 #include <fstream>
@@ -45,9 +43,10 @@ TEST(NetworkTransportAlone, ADeadPortOrAnUnknownNameAnswersLinkErrorAtOnceAndDel
 
 TEST_F(NetworkSuite, ASlowServerAnswersTimeOutWhenTheDeadlinePasses) {
     auto transport = Transport();
-    const auto shortest = ShortestOf(
-        2, [&] { return Read(*transport, "/ORKA/BPMQ2/ORBIT", "ORBIT.X", 32, vire::kFormatSingle, {}, -1, 300).status; },
-        vire::kTimeout);
+    const auto call = [&] {
+        return Read(*transport, "/ORKA/BPMQ2/ORBIT", "ORBIT.X", 32, vire::kFormatSingle, {}, -1, 300).status;
+    };
+    const auto shortest = ShortestOf(2, call, vire::kTimeout);
     EXPECT_GE(shortest, milliseconds(295));  // it really waited for the deadline
     EXPECT_LT(shortest, milliseconds(350));  // and not for the engine's own ideas of a time-out
 }
@@ -57,49 +56,50 @@ TEST_F(NetworkSuite, DeterministicAnswersOfDevicesAndArchiverAreTheSimulatedAcce
     auto network = Transport();
     const int32_t now = static_cast<int32_t>(vire::NowMilliseconds() / 1000);
     const int32_t from = (now - 7200) / 60 * 60, to = (now - 3600) / 60 * 60;  // whole minutes
-    // device, property, format, count, input (a history read's time window)
-    const std::tuple<const char*, const char*, int16_t, int32_t, std::vector<int32_t>> cases[] = {
-        {"/ORKA/BPMQ1/#0", "ORBIT.X.NAM", vire::kFormatName16, 2000, {}},
-        {"/LYRAS/PSSTEER/#0", "CURRENT.SET.NAM", vire::kFormatName16, 2000, {}},  // continued names
-        {"/ORKA/BCMSRV/#0", "CHARGE.NAM", vire::kFormatName16, 5, {}},             // "#0": no names
-        {"/ORKA/BLMSRV/LOSS.RING", "THRESHOLD", vire::kFormatSingle, 96, {}},
-        {"/ORKA/BLMSRV/LOSS.RING", "THRESHOLD[95]", vire::kFormatSingle, 1, {}},
-        {"/ORKA/BLMSRV/LOSS.RING", "THRESHOLD[96]", vire::kFormatSingle, 1, {}},  // 14
-        {"/ORKA/BLMSRV/LOCATIONS", "LOCATION", vire::kFormatName32, 96, {}},
-        {"/ORKA/BPMQ1/ORBIT", "ORBIT.X", vire::kFormatDouble, 32, {}},             // 13
-        {"/ORKA/BPMQ1/NOPE", "ORBIT.X", vire::kFormatSingle, 32, {}},              // 11
-        {"/ORKA/BPMQ1/ORBIT", "NOPE", vire::kFormatSingle, 32, {}},                // 12
-        {"/ORKA/NOSUCH/ORBIT", "ORBIT.X", vire::kFormatSingle, 32, {}},            // 2
-        {"/VESTA/BLMSRV/LOSS", "LOSS.FAST", vire::kFormatSingle, 24, {}},          // fault code:36
-        {"/ORKA/BPMQ1/ORBIT", "ORBIT.X", vire::kFormatSingle, -1, {}},             // 14
+    // device, property, format, count, input (a history read's time window), status; no live values, they
+    // change with the time of the call
+    const std::tuple<const char*, const char*, int16_t, int32_t, std::vector<int32_t>, vire::Status> cases[] = {
+        {"/ORKA/BPMQ1/#0", "ORBIT.X.NAM", vire::kFormatName16, 2000, {}, 0},
+        {"/LYRAS/PSSTEER/#0", "CURRENT.SET.NAM", vire::kFormatName16, 2000, {}, 0},  // continued names
+        {"/ORKA/BCMSRV/#0", "CHARGE.NAM", vire::kFormatName16, 5, {}, 0},             // "#0": no names
+        {"/ORKA/BLMSRV/LOSS.RING", "THRESHOLD", vire::kFormatSingle, 96, {}, 0},
+        {"/ORKA/BLMSRV/LOSS.RING/", "THRESHOLD[95]", vire::kFormatSingle, 1, {}, 0},  // a trailing "/" is no part
+        {"/ORKA/BLMSRV/LOSS.RING", "THRESHOLD[96]", vire::kFormatSingle, 1, {}, vire::kOutOfRange},
+        {"/ORKA/BLMSRV/LOCATIONS", "LOCATION", vire::kFormatName32, 96, {}, 0},
+        {"/ORKA/BPMQ1/ORBIT", "ORBIT.X", vire::kFormatDouble, 32, {}, vire::kFormatMismatch},
+        {"/ORKA/BPMQ1/ORBIT", "ORBIT.X", 600, 32, {}, vire::kFormatMismatch},
+        {"/ORKA/BPMQ1/NOPE", "ORBIT.X", vire::kFormatSingle, 32, {}, vire::kUnknownDevice},
+        {"/ORKA/BPMQ1/ORBIT", "NOPE", vire::kFormatSingle, 32, {}, vire::kUnknownProperty},
+        {"/ORKA/NOSUCH/ORBIT", "ORBIT.X", vire::kFormatSingle, 32, {}, vire::kLinkError},
+        {"", "ORBIT.X", vire::kFormatSingle, 32, {}, vire::kLinkError},
+        {"/VESTA/BLMSRV/LOSS", "LOSS.FAST", vire::kFormatSingle, 24, {}, vire::kNoData},  // its fault: code 36
+        {"/ORKA/BPMQ1/ORBIT", "ORBIT.X", vire::kFormatSingle, -1, {}, vire::kOutOfRange},
         // The archiver: the simulated past, kept in its database.
-        {"/ORKA/BPMHIST/BPM.S01.C1", "ORBIT.X.Q1.HIST", vire::kFormatFltInt, 999, {from, to}},
-        {"/ORKA/BPMHIST/BPM.S01.C1", "ORBIT.X.Q1.HIST", vire::kFormatFltInt, 20, {from, to}},  // spread out
-        {"/ORKA/OKHISTORY/BLM.S02.3", "LOSS.INT", vire::kFormatFltInt, 999, {now - 86400, now}},
-        {"/ORKA/BPMHIST/#1", "ORBIT.X.Q1.HIST", vire::kFormatFltInt, 1, {from, to, 0}},
-        {"/ORKA/BPMHIST/#0", "ORBIT.X.Q3.HIST", vire::kFormatSingle, 32, {from, from, 0}},
-        {"/ORKA/BPMHIST/#0", "ORBIT.X.Q3.HIST", vire::kFormatSingle, 8, {from, from, 0}},
-        {"/ORKA/BPMHIST/NOPE", "ORBIT.X.Q1.HIST", vire::kFormatFltInt, 10, {from, to}},         // 11
-        {"/ORKA/BPMHIST/BPM.S01.C1", "NOPE", vire::kFormatFltInt, 10, {from, to}},              // 12
-        {"/ORKA/BPMHIST/BPM.S01.C1", "ORBIT.X.Q1.HIST", vire::kFormatFltInt, 10, {from}},       // 16
-        {"/ORKA/BPMHIST/BPM.S01.C1", "ORBIT.X.Q1.HIST", vire::kFormatSingle, 10, {from, to}},   // 13
-        {"/ORKA/BPMHIST/#0", "ORBIT.X.Q1.HIST", vire::kFormatSingle, 32, {1000, 1000, 0}},      // 36: not recorded
+        {"/ORKA/BPMHIST/BPM.S01.C1", "ORBIT.X.Q1.HIST", vire::kFormatFltInt, 999, {from, to}, 0},
+        {"/ORKA/BPMHIST/BPM.S01.C1", "ORBIT.X.Q1.HIST", vire::kFormatFltInt, 20, {from, to}, 0},  // spread out
+        {"/ORKA/OKHISTORY/BLM.S02.3", "LOSS.INT", vire::kFormatFltInt, 999, {now - 86400, now}, 0},
+        {"/ORKA/BPMHIST/#1", "ORBIT.X.Q1.HIST", vire::kFormatFltInt, 1, {from, to, 0}, 0},
+        {"/ORKA/BPMHIST/#0", "ORBIT.X.Q3.HIST", vire::kFormatSingle, 32, {from, from, 0}, 0},
+        {"/ORKA/BPMHIST/#0", "ORBIT.X.Q3.HIST", vire::kFormatSingle, 8, {from, from, 0}, 0},
+        {"/ORKA/BPMHIST/NOPE", "ORBIT.X.Q1.HIST", vire::kFormatFltInt, 10, {from, to}, vire::kUnknownDevice},
+        {"/ORKA/BPMHIST/BPM.S01.C1", "NOPE", vire::kFormatFltInt, 10, {from, to}, vire::kUnknownProperty},
+        {"/ORKA/BPMHIST/BPM.S01.C1", "ORBIT.X.Q1.HIST", vire::kFormatFltInt, 10, {from}, vire::kInvalidInput},
+        {"/ORKA/BPMHIST/BPM.S01.C1", "ORBIT.X.Q1.HIST", vire::kFormatSingle, 10, {from, to}, vire::kFormatMismatch},
+        {"/ORKA/BPMHIST/#0", "ORBIT.X.Q1.HIST", vire::kFormatSingle, 32, {1000, 1000, 0}, vire::kNoData},  // long ago
     };
-    for (const auto& [device, property, format, count, input] : cases) {
+    for (const auto& [device, property, format, count, input, status] : cases) {
         const Answer here = Read(*local, device, property, count, format, input);
-        const Answer there = Read(*network, device, property, count, format, input);
-        EXPECT_EQ(there, here) << device << " " << property;
+        EXPECT_EQ(here.status, status) << device << " " << property;
+        EXPECT_EQ(Read(*network, device, property, count, format, input), here) << device << " " << property;
     }
 }
 
 TEST_F(NetworkSuite, ThresholdWritesNeedAWriterOnAnAllowedHost) {
-    // user, client host, value written, status
+    // user, client host, value written, status (the host lists themselves: the names tests)
     const std::tuple<const char*, const char*, float, vire::Status> cases[] = {
         {"operator", "opsconsole", 321.5f, vire::kOk},
         {"guest", "opsconsole", 1.0f, vire::kAccessDenied},     // user off the list
         {"operator", "intruder", 2.0f, vire::kAccessDenied},    // host off the list, loopback not listed
-        {"operator", "", 3.0f, vire::kAccessDenied},            // no host given
-        {"operator", "OPSCONSOLE", 654.25f, vire::kOk},         // host names ignore letter case
     };
     float expected = 0;
     for (const auto& [user, host, value, status] : cases) {
@@ -113,25 +113,10 @@ TEST_F(NetworkSuite, ThresholdWritesNeedAWriterOnAnAllowedHost) {
                   status)
             << user << "@" << host;
         if (status == vire::kOk) expected = value;
-        const Answer now = Read(*transport, "/ORKA/BLMSRV/LOSS.RING", "THRESHOLD[7]", 1);
-        ASSERT_EQ(now.count, 1);
-        EXPECT_EQ(vire::LoadFloat(now.bytes, 0), expected) << user << "@" << host;
+        EXPECT_EQ(Read(*transport, "/ORKA/BLMSRV/LOSS.RING", "THRESHOLD[7]", 1).values, std::vector<float>{expected})
+            << user << "@" << host;
     }
     vire::SetUserName("");
-}
-
-TEST_F(NetworkSuite, NoiseSentToAServerLeavesItServing) {
-    const std::string& address = devices.Address();
-    const auto port = static_cast<uint16_t>(std::stoi(address.substr(address.rfind(':') + 1)));
-    for (const std::string& junk : {std::string("PRI * HTTP/2.0\r\n\r\nSM\r\n\r\n") + std::string(9, '\xFF'),
-                                   std::string(2048, '\xA5')}) {
-        const int s = socket(AF_INET, SOCK_STREAM, 0);
-        sockaddr_in peer{AF_INET, htons(port), {htonl(INADDR_LOOPBACK)}, {}};
-        ASSERT_EQ(connect(s, reinterpret_cast<sockaddr*>(&peer), sizeof peer), 0);
-        [[maybe_unused]] const auto written = write(s, junk.data(), junk.size());
-        close(s);
-    }
-    EXPECT_EQ(Read(*Transport(), "/ORKA/BPMQ1/ORBIT", "ORBIT.X", 32).count, 32);
 }
 
 }  // namespace

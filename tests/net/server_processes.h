@@ -40,8 +40,6 @@ private:
 
 // A loopback port nothing listens on (bound, read and closed again).
 int DeadPort();
-// A socket listening on a free loopback port; the caller closes it.
-int LoopbackListener(int& port);
 
 // Polls `done` every 10 ms until it is true or `limit` has passed.
 bool WaitUntil(const std::function<bool()>& done, std::chrono::milliseconds limit);

@@ -17,7 +17,9 @@ TEST_F(SimTest, FaultsComeBeforeEverythingAndRecoverAfterTheirCalls) {
     const Case cases[] = {
         {"/ORKA/BPMQ1", "down", {{1000, vire::kLinkError, 0}, {1000, vire::kLinkError, 0}}},
         {"BPMQ1", "code:36", {{1000, 36, 0}}},
-        {"/ORKA/BPMQ1", "slow", {{500, vire::kTimeout, 500}, {2500, vire::kTimeout, 2500}}},
+        {"/ORKA/BPMQ1", "SLOW", {{500, vire::kTimeout, 500}, {2500, vire::kTimeout, 2500}}},
+        {"BPMQ1", "code:-7", {{1000, -7, 0}}},
+        {"/ORKA/BPMQ1", "slow:600000*1000000", {{2500, vire::kTimeout, 2500}}},  // the largest delay and count
         {"/ORKA/BPMQ2", "down", {{1000, 0, 0}}},  // another server
         // Slow by a given time: a shorter time-out fails after itself, a longer one waits for the answer.
         {"/ORKA/BPMQ1", "slow:1500", {{500, vire::kTimeout, 500}, {2500, 0, 1500}, {1500, vire::kTimeout, 1500}}},
@@ -42,23 +44,10 @@ TEST_F(SimTest, FaultsComeBeforeEverythingAndRecoverAfterTheirCalls) {
     }
 }
 
-TEST(ParseFault, KindsDelaysAndCallCountsWithinTheirRanges) {
-    struct Case { const char* text; sim::Fault::Kind kind; int16_t code; int32_t delayMs, calls; };
-    using K = sim::Fault::Kind;
-    const Case cases[] = {
-        {"down", K::Down, 0, 0, 0}, {"SLOW", K::Slow, 0, 0, 0}, {"code:-7", K::Code, -7, 0, 0},
-        {"slow:1500", K::Slow, 0, 1500, 0}, {"slow:600000*1000000", K::Slow, 0, 600000, 1000000},
-        {"code:45*2", K::Code, 45, 0, 2}, {"down*3", K::Down, 0, 0, 3},
-    };
-    for (const Case& c : cases) {
-        sim::Fault fault;
-        ASSERT_TRUE(sim::ParseFault(c.text, fault)) << c.text;
-        EXPECT_EQ(std::make_tuple(fault.kind, fault.code, fault.delayMs, fault.calls),
-                  std::make_tuple(c.kind, c.code, c.delayMs, c.calls)) << c.text;
-    }
+TEST(ParseFault, DelaysAndCallCountsOutOfTheirRangesAndOtherTextsAreRefused) {
     for (const char* text : {"slow:0", "slow:-5", "slow:600001", "slow:1.5", "down*0", "down*", "*2", "down*1000001",
                              "down*2*3", "code:0", "code:32768", "sometimes", ""}) {
-        sim::Fault fault{K::Code, 99, 0, 0};
+        sim::Fault fault{sim::Fault::Kind::Code, 99, 0, 0};
         EXPECT_FALSE(sim::ParseFault(text, fault)) << text;
         EXPECT_EQ(fault.code, 99) << "an unreadable fault changes nothing";
     }

@@ -73,22 +73,8 @@ TEST_F(SimTest, ActualCurrentsFollowTheirSetValues) {
     }
 }
 
-TEST_F(SimTest, AddressesAndFormatsTheServersDoNotKnowGetTheirOwnCodes) {
-    struct Case { const char* device; const char* property; int32_t count; int16_t format; vire::Status status; size_t n; };
-    const Case cases[] = {
-        {"/ORKA/BPMQ1/ORBIT", "ORBIT.X", 0, vire::kFormatSingle, 0, 0},
-        {"/ORKA/BPMQ1/ORBIT/", "ORBIT.X", 32, vire::kFormatSingle, 0, 32},
-        {"/ORKA/BPMQ1/NOPE", "ORBIT.X", 32, vire::kFormatSingle, vire::kUnknownDevice, 0},
-        {"", "ORBIT.X", 32, vire::kFormatSingle, vire::kLinkError, 0},
-        {"/ORKA/BPMQ1/ORBIT", "ORBIT.X", 32, 600, vire::kFormatMismatch, 0},
-        {"/ORKA/BPMQ1/ORBIT", "ORBIT.X", -1, vire::kFormatSingle, vire::kOutOfRange, 0},
-    };
-    for (const Case& c : cases) {
-        const auto r = Read(c.device, c.property, c.count, c.format);
-        EXPECT_EQ(r.status, c.status) << c.device << " " << c.property;
-        EXPECT_EQ(r.values.size(), c.n) << c.device << " " << c.property;
-    }
-    // A buffer smaller than the count: never written past.
+// The codes of addresses and formats the servers do not know: the network tests, for both transports.
+TEST_F(SimTest, AReadIntoABufferSmallerThanTheCountNeverWritesPastIt) {
     std::vector<std::byte> buffer(10 * 4 + 4, std::byte{0x5A});
     vire::DataObject out{32, vire::kFormatSingle, "", std::span<std::byte>(buffer).first(10 * 4)};
     EXPECT_EQ(vire::LinkCall("/ORKA/BPMQ1/ORBIT", "ORBIT.X", out, {}, 1, 1000), 0);
@@ -135,10 +121,7 @@ TEST_F(SimTest, LiveLinksDeliverEveryIntervalWithoutWaitingAndRecoverWithTheServ
     std::vector<vire::LinkData> received;
     const auto id = accelerator->Subscribe({"/ORKA/BCMSRV/FILL.P1", "CHARGE", vire::kFormatSingle, 1980, 1000},
                                            [&](const vire::LinkData& d) { received.push_back(d); });
-    scheduler.AdvanceBy(2000);
-    ASSERT_EQ(received.size(), 2u);
-    EXPECT_EQ(received[0].bytes.size(), 1980u * 4);
-    EXPECT_EQ(received[1].stampMs - received[0].stampMs, 1000);
+    // (Deliveries per interval and their sizes: the transport contract tests.)
     // A live reading never waits: late ones fail at once, a delay within the interval is delivered.
     struct Step { const char* fault; vire::Status status; };
     for (const Step s : {Step{"slow", vire::kTimeout}, {"slow:1000", vire::kTimeout}, {"slow:999", 0},
@@ -154,7 +137,7 @@ TEST_F(SimTest, LiveLinksDeliverEveryIntervalWithoutWaitingAndRecoverWithTheServ
     }
     accelerator->Unsubscribe(id);
     scheduler.AdvanceBy(5000);
-    EXPECT_EQ(received.size(), 7u);
+    EXPECT_EQ(received.size(), 5u);
     vire::SetScheduler(nullptr);
 }
 
