@@ -17,7 +17,6 @@
 #include "vire/completion_codes.h"
 #include "vire/formats.h"
 #include "vire/link.h"
-#include "vire/wire.h"
 
 namespace net_test {
 

@@ -62,6 +62,8 @@ TEST_F(NetworkSuite, DeterministicAnswersOfDevicesAndArchiverAreTheSimulatedAcce
         {"/ORKA/BPMQ1/#0", "ORBIT.X.NAM", vire::kFormatName16, 2000, {}, 0},
         {"/LYRAS/PSSTEER/#0", "CURRENT.SET.NAM", vire::kFormatName16, 2000, {}, 0},  // continued names
         {"/ORKA/BCMSRV/#0", "CHARGE.NAM", vire::kFormatName16, 5, {}, 0},             // "#0": no names
+        {"/ORKA/BPMQ1/#0", "NOPE.NAM", vire::kFormatName16, 5, {}, vire::kUnknownProperty},
+        {"/ORKA/NOWHERE/#0", "ORBIT.X.NAM", vire::kFormatName16, 5, {}, vire::kLinkError},
         {"/ORKA/BLMSRV/LOSS.RING", "THRESHOLD", vire::kFormatSingle, 96, {}, 0},
         {"/ORKA/BLMSRV/LOSS.RING/", "THRESHOLD[95]", vire::kFormatSingle, 1, {}, 0},  // a trailing "/" is no part
         {"/ORKA/BLMSRV/LOSS.RING", "THRESHOLD[96]", vire::kFormatSingle, 1, {}, vire::kOutOfRange},
@@ -98,7 +100,6 @@ TEST_F(NetworkSuite, ThresholdWritesNeedAWriterOnAnAllowedHost) {
     // user, client host, value written, status (the host lists themselves: the names tests)
     const std::tuple<const char*, const char*, float, vire::Status> cases[] = {
         {"operator", "opsconsole", 321.5f, vire::kOk},
-        {"guest", "opsconsole", 1.0f, vire::kAccessDenied},     // user off the list
         {"operator", "intruder", 2.0f, vire::kAccessDenied},    // host off the list, loopback not listed
     };
     float expected = 0;
