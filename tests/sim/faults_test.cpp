@@ -53,7 +53,7 @@ TEST(ParseFault, DelaysAndCallCountsOutOfTheirRangesAndOtherTextsAreRefused) {
     }
 }
 
-TEST(SimulationSettings, TheFileThenTheEnvironmentAndWhatCouldNotBeUsed) {
+TEST(SimulationSettings, TheFileThenTheEnvironmentAndWhatCouldNotBeUsedOrFound) {
     catalogue_test::ScratchDir dir;
     auto load = [&](const std::string& text) {
         dir.Write(sim::kSimulationFileName, text);
@@ -92,15 +92,12 @@ TEST(SimulationSettings, TheFileThenTheEnvironmentAndWhatCouldNotBeUsed) {
     EXPECT_EQ(s.seed, 1u);
     EXPECT_TRUE(s.faults.empty() && s.writers.empty());
     EXPECT_TRUE(sim::LoadSimulationSettings(dir.Path("none")).problems.empty()) << "no file: the defaults";
-}
 
-TEST(SimulatedAcceleratorOfABrokenDirectory, ServesWhatItCouldReadAndSaysWhatItCouldNot) {
-    sim::SimulatedAccelerator empty("/nonexistent-lumiscope-dir", sim::SimulationSettings{});
+    // No configuration at all: the simulation serves nothing and says why.
+    sim::SimulatedAccelerator empty(dir.Path("none"), sim::SimulationSettings{});
     EXPECT_TRUE(empty.model().channels.empty());
     EXPECT_FALSE(empty.model().problems.empty());
-    std::vector<std::byte> buffer(4);
-    vire::DataObject out{1, vire::kFormatSingle, "", buffer};
-    EXPECT_EQ(empty.Call("/ORKA/BPMQ1/ORBIT", "ORBIT.X", out, {}, 1, 1000), vire::kLinkError);
+    EXPECT_EQ(sim_test::Read(empty, "/ORKA/BPMQ1/ORBIT", "ORBIT.X", 1).status, vire::kLinkError);
 }
 
 }  // namespace
