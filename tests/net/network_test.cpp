@@ -106,12 +106,7 @@ TEST_F(NetworkSuite, ThresholdWritesNeedAWriterOnAnAllowedHost) {
     for (const auto& [user, host, value, status] : cases) {
         vire::SetUserName(user);
         auto transport = Transport(host);
-        std::vector<std::byte> in(4);
-        vire::StoreFloat(in, 0, value);
-        vire::DataObject none{};
-        EXPECT_EQ(transport->Call("/ORKA/BLMSRV/LOSS.RING", "THRESHOLD[7]", none, {1, vire::kFormatSingle, "", in},
-                                  vire::kAccessWrite, 3000),
-                  status)
+        EXPECT_EQ(sim_test::Write(*transport, "/ORKA/BLMSRV/LOSS.RING", "THRESHOLD[7]", value), status)
             << user << "@" << host;
         if (status == vire::kOk) expected = value;
         EXPECT_EQ(Read(*transport, "/ORKA/BLMSRV/LOSS.RING", "THRESHOLD[7]", 1).values, std::vector<float>{expected})

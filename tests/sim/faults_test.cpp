@@ -77,9 +77,7 @@ TEST(SimulationSettings, TheFileThenTheEnvironmentAndWhatCouldNotBeUsedOrFound) 
     ::setenv("LUMISCOPE_SIM_FAULTS", "B=slow*1, A=code:45,broken", 1);
     ::setenv("LUMISCOPE_SIM_SEED", "9", 1);
     s = load("SETTING,TARGET,VALUE\nWRITER,,alice\nFAULT,A,down\n");
-    ::unsetenv("LUMISCOPE_SIM_FAULTS");
-    ::unsetenv("LUMISCOPE_SIM_WRITERS");
-    ::unsetenv("LUMISCOPE_SIM_SEED");
+    for (const char* name : {"LUMISCOPE_SIM_FAULTS", "LUMISCOPE_SIM_WRITERS", "LUMISCOPE_SIM_SEED"}) ::unsetenv(name);
     EXPECT_EQ(s.writers, (std::set<std::string>{"carol", "dave"}));
     EXPECT_EQ(std::make_pair(s.faults.at("A").kind, s.faults.at("A").code), std::make_pair(sim::Fault::Kind::Code, int16_t{45}));
     EXPECT_EQ(std::make_pair(s.faults.at("B").kind, s.faults.at("B").calls), std::make_pair(sim::Fault::Kind::Slow, 1));

@@ -80,8 +80,8 @@ TEST_F(SimTest, AReadIntoABufferSmallerThanTheCountNeverWritesPastIt) {
     EXPECT_EQ(buffer.back(), std::byte{0x5A});
 }
 
-TEST_F(SimTest, ServersNameTheirElementsAndNumberTheBuckets) {
-    // Long names continued and joined: the vire-call tests.
+TEST_F(SimTest, ServersNameTheirElementsAndLocationsAndNumberTheBuckets) {
+    // Long names continued and joined, and the property lists of known servers: the vire-call tests.
     struct Case { const char* server; const char* property; int32_t count; std::vector<std::string> first; int32_t total; };
     const Case cases[] = {
         {"/ORKA/BPMQ3", "ORBIT.Y", 32, {"BPM.S09.C1", "BPM.S09.C2"}, 32},
@@ -95,10 +95,7 @@ TEST_F(SimTest, ServersNameTheirElementsAndNumberTheBuckets) {
         EXPECT_EQ(count, c.total) << c.server;
         EXPECT_EQ(std::vector<std::string>(names.begin(), names.begin() + static_cast<long>(c.first.size())), c.first);
     }
-}
-
-TEST_F(SimTest, PropertyListsOfUnknownServersAndLocationSources) {
-    vire::PropertyList list;  // the lists of known servers: the vire-call tests
+    vire::PropertyList list;
     EXPECT_EQ(vire::GetProperties("/ORKA/NOWHERE", "", list), vire::kLinkError);
     for (int16_t format : {vire::kFormatName16, vire::kFormatName64, vire::kFormatSingle}) {
         const auto answer = Read("/ORKA/BLMSRV/LOCATIONS", "LOCATION", 96, format);

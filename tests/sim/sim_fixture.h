@@ -11,10 +11,8 @@
 #include "sim/simulated_accelerator.h"
 #include "transport_read.h"
 #include "vire/clock.h"
-#include "vire/completion_codes.h"
 #include "vire/formats.h"
 #include "vire/link.h"
-#include "vire/wire.h"
 
 namespace sim_test {
 
@@ -45,14 +43,6 @@ protected:
                 int16_t format = vire::kFormatSingle, const std::vector<int32_t>& input = {}, int32_t room = -1,
                 int32_t timeoutMs = 1000) {
         return sim_test::Read(*accelerator, device, property, count, format, input, room, timeoutMs);
-    }
-
-    vire::Status WriteFloat(const std::string& device, const std::string& property, float value,
-                            int16_t format = vire::kFormatSingle) {
-        std::vector<std::byte> in(4);
-        vire::StoreFloat(in, 0, value);
-        vire::DataObject out{};
-        return vire::LinkCall(device, property, out, vire::DataObject{1, format, "", in}, vire::kAccessWrite, 3000);
     }
 
     std::shared_ptr<sim::SimulatedAccelerator> accelerator;

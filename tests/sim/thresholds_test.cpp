@@ -38,7 +38,7 @@ TEST_F(SimTest, OnlyUsersOnTheListMayWriteAThresholdElementOfTheTableInItsFormat
     };
     for (const Case& c : cases) {
         vire::SetUserName(c.user);
-        EXPECT_EQ(WriteFloat(kDevice, c.property, 7.0f, c.format), c.status) << c.user << " " << c.property;
+        EXPECT_EQ(sim_test::Write(*accelerator, kDevice, c.property, 7.0f, c.format), c.status) << c.user << " " << c.property;
     }
     const auto all = Read(kDevice, "THRESHOLD", 96).values;
     EXPECT_EQ(std::make_tuple(all.at(0), all.at(5), all.at(95)), std::make_tuple(7.0f, before, 7.0f));

@@ -1,5 +1,5 @@
-// One read through a transport as the viewer makes it, for the tests of the
-// simulation and of the network alike.
+// One read or write through a transport as the viewer makes it, for the tests
+// of the simulation and of the network alike.
 #pragma once
 
 #include <algorithm>
@@ -29,16 +29,15 @@ inline Answer Read(vire::Transport& transport, const std::string& device, const 
                    int16_t format = vire::kFormatSingle, const std::vector<int32_t>& input = {}, int32_t room = -1,
                    int32_t timeoutMs = 1000) {
     const int32_t width = std::max(vire::FormatSize(format), 1);
-    std::vector<std::byte> buffer(static_cast<size_t>(std::max(room < 0 ? count : room, 0)) * static_cast<size_t>(width));
+    const size_t elements = static_cast<size_t>(std::max(room < 0 ? count : room, 0));
+    std::vector<std::byte> buffer(elements * static_cast<size_t>(width));
     std::vector<std::byte> in(input.size() * 4);
     for (size_t i = 0; i < input.size(); ++i) vire::StoreInt32(in, 4 * i, input[i]);
     vire::DataObject out{count, format, "", buffer};
-    Answer a;
-    a.status = transport.Call(device, property, out,
-                              vire::DataObject{static_cast<int32_t>(input.size()), vire::kFormatLong, "", in},
-                              vire::kAccessRead, timeoutMs);
-    a.count = out.count;
-    a.stamp = out.stamp;
+    const vire::Status status = transport.Call(
+        device, property, out, vire::DataObject{static_cast<int32_t>(input.size()), vire::kFormatLong, "", in},
+        vire::kAccessRead, timeoutMs);
+    Answer a{status, out.count, out.stamp, {}, {}, {}};
     buffer.resize(static_cast<size_t>(std::max(out.count, 0)) * static_cast<size_t>(width));
     const int16_t canonical = vire::CanonicalFormat(format);
     for (int32_t i = 0; (canonical == vire::kFormatSingle || canonical == vire::kFormatFltInt) && i < out.count; ++i) {
@@ -47,6 +46,15 @@ inline Answer Read(vire::Transport& transport, const std::string& device, const 
     }
     a.bytes = std::move(buffer);
     return a;
+}
+
+// One value written as the caller's user.
+inline vire::Status Write(vire::Transport& transport, const std::string& device, const std::string& property,
+                          float value, int16_t format = vire::kFormatSingle) {
+    std::vector<std::byte> in(4);
+    vire::StoreFloat(in, 0, value);
+    vire::DataObject out{};
+    return transport.Call(device, property, out, vire::DataObject{1, format, "", in}, vire::kAccessWrite, 3000);
 }
 
 }  // namespace sim_test
