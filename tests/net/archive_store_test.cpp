@@ -73,32 +73,24 @@ protected:
     std::unique_ptr<net::ArchiveStore> store;
 };
 
-TEST_P(ArchiveStoreTest, RecordedSpectraReplaceAndBackFilledOnesNeverDo) {
-    const std::vector<float> first{1.5f, -2.25f, 3e-7f};
-    const std::vector<float> recorded{4, 5, 6, 7};
-    store->PutSnapshot("/ORKA/BPMHIST", "ORBIT.X.Q1.HIST", 600, first, false);
-    store->PutSnapshot("/ORKA/BPMHIST", "ORBIT.X.Q1.HIST", 600, std::vector<float>{9, 9, 9}, false);
-    EXPECT_EQ(store->Snapshot("/ORKA/BPMHIST", "ORBIT.X.Q1.HIST", 600), first);
-    store->PutSnapshot("/ORKA/BPMHIST", "ORBIT.X.Q1.HIST", 600, recorded, true);
-    Reopen();  // what was stored is there after reopening
-    EXPECT_EQ(store->Snapshot("/ORKA/BPMHIST", "ORBIT.X.Q1.HIST", 600), recorded);
-    EXPECT_EQ(store->Snapshot("/ORKA/BPMHIST", "ORBIT.X.Q1.HIST", 660), std::nullopt);
-    EXPECT_EQ(store->Snapshot("OKHISTORY", "ORBIT.X.Q1.HIST", 600), std::nullopt);
-    EXPECT_EQ(store->Snapshot("/ORKA/BPMHIST", "ORBIT.X.Q2.HIST", 600), std::nullopt);
-}
-
-TEST_P(ArchiveStoreTest, SeriesJoinBackFilledValuesAndRecordedSpectraWhichWin) {
-    // Back-filled element 2 at 60..300; a spectrum recorded at 180 and 360.
+TEST_P(ArchiveStoreTest, SeriesJoinBackFilledValuesAndRecordedSpectraWhichReplaceAndArePrunedPerServer) {
+    // Back-filled element 2 at 60..300; a spectrum filled in at 180, then recorded at 180 and 360.
     std::vector<std::pair<int64_t, float>> filled;
     for (int64_t t = 60; t <= 300; t += 60) filled.emplace_back(t, static_cast<float>(t) / 10);
     store->PutSeries("OKHISTORY", "LOSS.INT", 2, filled);
     store->PutSeries("OKHISTORY", "LOSS.INT", 2, {{60, -1.0f}});  // held already: kept
     store->PutSeries("OKHISTORY", "LOSS.INT", 3, {{120, 77.0f}});  // another element
+    store->PutSnapshot("OKHISTORY", "LOSS.INT", 180, std::vector<float>{9, 9, 9}, false);
     store->PutSnapshot("OKHISTORY", "LOSS.INT", 180, std::vector<float>{0, 1, 222.5f, 3}, true);
+    store->PutSnapshot("OKHISTORY", "LOSS.INT", 180, std::vector<float>{5, 5, 5, 5}, false);  // a recorded one stays
     store->PutSnapshot("OKHISTORY", "LOSS.INT", 360, std::vector<float>{0, 1, 333.5f}, true);
     store->PutSnapshot("OKHISTORY", "LOSS.INT", 420, std::vector<float>{0, 1}, true);  // too short for element 2
-    Reopen();
+    Reopen();  // what was stored is there after reopening
 
+    EXPECT_EQ(store->Snapshot("OKHISTORY", "LOSS.INT", 180), (std::vector<float>{0, 1, 222.5f, 3}));
+    EXPECT_EQ(store->Snapshot("OKHISTORY", "LOSS.INT", 181), std::nullopt);
+    EXPECT_EQ(store->Snapshot("VEHISTORY", "LOSS.INT", 180), std::nullopt);
+    EXPECT_EQ(store->Snapshot("OKHISTORY", "LOSS.FAST", 180), std::nullopt);
     const std::map<int64_t, float> expected{{60, 6}, {120, 12}, {180, 222.5f}, {240, 24}, {300, 30}, {360, 333.5f}};
     EXPECT_EQ(store->Series("OKHISTORY", "LOSS.INT", 2, 0, 1000), expected);
     // Both ends of the window count.
@@ -110,23 +102,19 @@ TEST_P(ArchiveStoreTest, SeriesJoinBackFilledValuesAndRecordedSpectraWhichWin) {
     EXPECT_TRUE(store->Series("VEHISTORY", "LOSS.INT", 2, 0, 1000).empty());
     // Batches of many rows: a whole day at one value a minute.
     std::vector<std::pair<int64_t, float>> day;
-    for (int64_t t = 100'000; t < 100'000 + 86'400; t += 60) day.emplace_back(t, static_cast<float>(t % 977));
+    for (int64_t t = 0; t < 86'400; t += 60) day.emplace_back(t, static_cast<float>(t % 977));
     store->PutSeries("/ORKA/BLMHIST", "LOSS.INT.HIST", 0, day);
+    store->PutSnapshot("/ORKA/BLMHIST", "LOSS.INT.HIST", 120, std::vector<float>{1}, true);
     const auto back = store->Series("/ORKA/BLMHIST", "LOSS.INT.HIST", 0, 0, INT32_MAX);
     ASSERT_EQ(back.size(), day.size());
     EXPECT_EQ(back.rbegin()->second, day.back().second);
-}
 
-TEST_P(ArchiveStoreTest, PruningForgetsOnlyTheOlderRecordsOfItsServer) {
-    for (const char* server : {"/ORKA/BPMHIST", "OKHISTORY"}) {
-        store->PutSeries(server, "P", 0, {{100, 1}, {200, 2}, {300, 3}});
-        for (int64_t t : {100, 200, 300}) store->PutSnapshot(server, "P", t, std::vector<float>{float(t)}, true);
-    }
-    store->Prune("/ORKA/BPMHIST", 200);
-    EXPECT_EQ(store->Series("/ORKA/BPMHIST", "P", 0, 0, 1000), (std::map<int64_t, float>{{200, 200}, {300, 300}}));
-    EXPECT_EQ(store->Snapshot("/ORKA/BPMHIST", "P", 100), std::nullopt);
-    EXPECT_EQ(store->Snapshot("OKHISTORY", "P", 100), std::vector<float>{100});
-    EXPECT_EQ(store->Series("OKHISTORY", "P", 0, 0, 1000).size(), 3u);
+    // Pruning forgets the values and spectra before its time, of its server only.
+    store->Prune("OKHISTORY", 240);
+    EXPECT_EQ(store->Series("OKHISTORY", "LOSS.INT", 2, 0, 1000),
+              (std::map<int64_t, float>{{240, 24}, {300, 30}, {360, 333.5f}}));
+    EXPECT_TRUE(store->Series("OKHISTORY", "LOSS.INT", 3, 0, 1000).empty());
+    EXPECT_EQ(store->Series("/ORKA/BLMHIST", "LOSS.INT.HIST", 0, 0, INT32_MAX), back);
 }
 
 INSTANTIATE_TEST_SUITE_P(Both, ArchiveStoreTest, ::testing::Values("sqlite", "postgresql"),

@@ -1,11 +1,10 @@
-// The archiver: history and archive answers over the network, what it
-// records, what it keeps across a restart.
+// The archiver: what it keeps across a restart and what it records. What it
+// answers is compared with the simulation in the network tests.
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <filesystem>
-#include <numeric>
-#include <tuple>
 
 #include "net/recorder.h"
 #include "network_fixture.h"
@@ -14,121 +13,64 @@
 namespace net_test {
 namespace {
 
-std::string FreshFile(const std::string& name) {
-    const std::string folder = ::testing::TempDir() + "/archiver-" + std::to_string(getpid());
-    std::filesystem::create_directories(folder);
-    const std::string path = folder + "/" + name;
-    std::filesystem::remove(path);
-    return path;
-}
+class Archiver : public NetworkSuite {};
 
-int32_t Minute(int64_t seconds) { return static_cast<int32_t>(seconds / 60 * 60); }
-
-TEST(Archiver, AnswersTheSimulatedPastOverTheNetworkAndKeepsItAcrossARestart) {
-    const std::string db = FreshFile("restart.sqlite");
-    ServerProcess names, archiver;
-    ASSERT_TRUE(names.Start("lumiscope-names", {"--listen", "127.0.0.1:0"}));
-    const std::vector<std::string> args{"--config", LUMISCOPE_SAMPLE_CONFIG_DIR, "--db", db,
-                                        "--names", names.Address(), "--record", "no"};
-    net::NetworkTransport network(net::NetworkSettings{names.Address(), "", ""});
-    const auto started = [&] {
-        return archiver.Start("lumiscope-archiver", args, kSimEnvironment) && WaitUntil([&] {
-            return Read(network, "/ORKA/OKHISTORY/#1", "LOSS.INT", vire::kFormatFltInt, 1).status != vire::kLinkError;
-        }, std::chrono::seconds(10));
-    };
-    ASSERT_TRUE(started());
-    auto local = LocalTwin();
-
+TEST_F(Archiver, KeepsWhatItFilledInAndWhatWasRecordedAcrossARestart) {
+    auto network = Transport();
     const int32_t now = static_cast<int32_t>(vire::NowMilliseconds() / 1000);
-    const int32_t from = Minute(now - 7200), to = Minute(now - 3600);
-    // device, property, format, count, input (the time window)
-    const std::tuple<const char*, const char*, int16_t, int32_t, std::vector<int32_t>> cases[] = {
-        {"/ORKA/BPMHIST/BPM.S01.C1", "ORBIT.X.Q1.HIST", vire::kFormatFltInt, 999, {from, to}},
-        {"/ORKA/BPMHIST/BPM.S01.C1", "ORBIT.X.Q1.HIST", vire::kFormatFltInt, 20, {from, to}},  // spread out
-        {"/ORKA/OKHISTORY/BLM.S02.3", "LOSS.INT", vire::kFormatFltInt, 999, {now - 86400, now}},
-        {"/ORKA/BPMHIST/#1", "ORBIT.X.Q1.HIST", vire::kFormatFltInt, 1, {from, to, 0}},
-        {"/ORKA/BPMHIST/#0", "ORBIT.X.Q3.HIST", vire::kFormatSingle, 32, {from, from, 0}},
-        {"/ORKA/BPMHIST/#0", "ORBIT.X.Q3.HIST", vire::kFormatSingle, 8, {from, from, 0}},
-        {"/ORKA/BPMHIST/NOPE", "ORBIT.X.Q1.HIST", vire::kFormatFltInt, 10, {from, to}},  // 11
-        {"/ORKA/BPMHIST/BPM.S01.C1", "NOPE", vire::kFormatFltInt, 10, {from, to}},       // 12
-        {"/ORKA/BPMHIST/BPM.S01.C1", "ORBIT.X.Q1.HIST", vire::kFormatFltInt, 10, {from}}, // 16
-        {"/ORKA/BPMHIST/BPM.S01.C1", "ORBIT.X.Q1.HIST", vire::kFormatSingle, 10, {from, to}},  // 13
-        {"/ORKA/BPMHIST/#0", "ORBIT.X.Q1.HIST", vire::kFormatSingle, 32, {1000, 1000, 0}},     // 36: not recorded
+    const int32_t from = (now - 7200) / 60 * 60, to = (now - 3600) / 60 * 60;  // whole minutes
+    const auto q1Series = [&] {
+        return Read(*network, "/ORKA/BPMHIST/BPM.S01.C1", "ORBIT.X.Q1.HIST", 999, vire::kFormatFltInt, {from, to});
     };
-    std::vector<Answer> first;
-    for (const auto& [device, property, format, count, input] : cases) {
-        const Answer here = Read(*local, device, property, format, count, input);
-        const Answer there = Read(network, device, property, format, count, input);
-        EXPECT_EQ(there.status, here.status) << device << " " << property;
-        EXPECT_EQ(there.count, here.count) << device << " " << property;
-        EXPECT_EQ(there.bytes, here.bytes) << device << " " << property;
-        first.push_back(there);
-    }
+    const auto q3Spectrum = [&] {
+        return Read(*network, "/ORKA/BPMHIST/#0", "ORBIT.X.Q3.HIST", 32, vire::kFormatSingle, {from, from, 0});
+    };
+    const Answer first = q1Series();
+    ASSERT_EQ(q3Spectrum().count, 32);  // filled in
 
     archiver.Stop();
     // While it is down: a recorded spectrum is written into its database.
     {
-        net::ArchiveStore store(net::OpenSqlDatabase(db));
+        net::ArchiveStore store(net::OpenSqlDatabase(Archive()));
         store.PutSnapshot("/ORKA/BPMHIST", "ORBIT.X.Q3.HIST", from, std::vector<float>(32, 42.5f), true);
         store.PutSnapshot("/ORKA/BPMHIST", "ORBIT.X.Q1.HIST", from + 600, std::vector<float>(32, 77.25f), true);
     }
-    ASSERT_TRUE(started());
-    const Answer q3 = Read(network, "/ORKA/BPMHIST/#0", "ORBIT.X.Q3.HIST", vire::kFormatSingle, 32, {from, from, 0});
-    ASSERT_EQ(q3.count, 32);
-    for (int32_t k = 0; k < 32; ++k) EXPECT_EQ(vire::LoadFloat(q3.bytes, 4 * size_t(k)), 42.5f) << k;
+    ASSERT_TRUE(StartArchiver() && Registered());
+    EXPECT_EQ(q3Spectrum().values, std::vector<float>(32, 42.5f));
     // The recorded spectrum wins over what was filled in before, at its time only.
-    const auto& [device, property, format, count, input] = cases[0];
-    const Answer q1 = Read(network, device, property, format, count, input);
-    ASSERT_EQ(q1.bytes.size(), first[0].bytes.size());
-    for (int32_t k = 0; k < q1.count; ++k) {
-        const bool recorded = vire::LoadInt32(q1.bytes, 8 * size_t(k) + 4) == from + 600;
-        const float before = vire::LoadFloat(first[0].bytes, 8 * size_t(k));
-        EXPECT_EQ(vire::LoadFloat(q1.bytes, 8 * size_t(k)), recorded ? 77.25f : before) << k;
-    }
+    const Answer q1 = q1Series();
+    ASSERT_EQ(q1.times, first.times);
+    for (size_t k = 0; k < q1.values.size(); ++k)
+        EXPECT_EQ(q1.values[k], q1.times[k] == from + 600 ? 77.25f : first.values[k]) << k;
     // What the first run filled in is in the database, not computed again.
-    net::ArchiveStore store(net::OpenSqlDatabase(db));
+    net::ArchiveStore store(net::OpenSqlDatabase(Archive()));
     const auto kept = store.Series("/ORKA/BPMHIST", "ORBIT.X.Q1.HIST", 0, from, to);
     EXPECT_EQ(kept.size(), static_cast<size_t>((to - from) / 60 + 1));
 }
 
-// A device layer that answers each element's index (plus 1000 for a second
-// reading) and fails for the servers in /KALM/.
-class CountingDevices : public vire::Transport {
-public:
-    vire::Status Call(const std::string& device, const std::string&, vire::DataObject& out, const vire::DataObject&,
-                      int16_t, int32_t) override {
-        if (device.rfind("/KALM/", 0) == 0) {
-            out.count = 0;
-            return vire::kLinkError;
-        }
-        for (int32_t i = 0; i < out.count; ++i) vire::StoreFloat(out.buffer, 4 * size_t(i), float(i + offset));
-        return vire::kOk;
-    }
-    vire::SubscriptionId Subscribe(const vire::SubscriptionRequest&, std::function<void(const vire::LinkData&)>) override {
-        return -1;
-    }
-    void Unsubscribe(vire::SubscriptionId) override {}
-    float offset = 0;
-};
-
 TEST(Recording, StoresSpectraInElementOrderLocallyEachStepAndInTheArchiveEachQuarterHour) {
-    auto store = std::make_shared<net::ArchiveStore>(net::OpenSqlDatabase(FreshFile("recording.sqlite")));
-    auto devices = std::make_shared<CountingDevices>();
-    net::Recorder recorder(LocalTwin(), store, devices);
+    const std::string db = ::testing::TempDir() + "/recording-" + std::to_string(getpid()) + ".sqlite";
+    std::filesystem::remove(db);
+    auto store = std::make_shared<net::ArchiveStore>(net::OpenSqlDatabase(db));
     const int64_t quarter = 1'795'372'200;  // a whole quarter hour
+    vire::SetTestClock(quarter * 1000);
+    sim::SimulationSettings settings;
+    settings.faults["/KALM/BPMSRV"] = sim::Fault{sim::Fault::Kind::Down, 0, 0, 0};
+    auto devices = std::make_shared<sim::SimulatedAccelerator>(LUMISCOPE_SAMPLE_CONFIG_DIR, settings);
+    net::Recorder recorder(LocalTwin(), store, devices);
     EXPECT_GT(recorder.RecordAt(quarter + 60), 0);
     EXPECT_GT(recorder.RecordAt(quarter), 0);
-    std::vector<float> upright(32);
-    std::iota(upright.begin(), upright.end(), 0.0f);
-    const std::vector<float> reversed(upright.rbegin(), upright.rend());
+    const auto upright = Read(*devices, "/ORKA/BPMQ1/ORBIT", "ORBIT.X", 32).values;
+    auto reversed = Read(*devices, "/ORKA/BPMQ3/ORBIT", "ORBIT.X", 32).values;  // read out last first
+    std::reverse(reversed.begin(), reversed.end());
+    vire::UseSystemClock();
     EXPECT_EQ(store->Snapshot("/ORKA/BPMHIST", "ORBIT.X.Q1.HIST", quarter + 60), upright);
-    EXPECT_EQ(store->Snapshot("/ORKA/BPMHIST", "ORBIT.X.Q3.HIST", quarter + 60), reversed);  // read out last first
-    EXPECT_EQ(store->Snapshot("OKHISTORY", "ORBIT.X.Q3", quarter + 60), std::nullopt);       // not a quarter hour
+    EXPECT_EQ(store->Snapshot("/ORKA/BPMHIST", "ORBIT.X.Q3.HIST", quarter + 60), reversed);
+    EXPECT_EQ(store->Snapshot("OKHISTORY", "ORBIT.X.Q3", quarter + 60), std::nullopt);  // not a quarter hour
     EXPECT_EQ(store->Snapshot("OKHISTORY", "ORBIT.X.Q3", quarter), reversed);
-    EXPECT_EQ(store->Snapshot("/KALM/BPMHIST", "POS.X.HIST", quarter), std::nullopt);        // its server failed
+    EXPECT_EQ(store->Snapshot("/KALM/BPMHIST", "POS.X.HIST", quarter), std::nullopt);  // its server failed
 
     // Three days later the local records of the first time are gone, the archive's are not.
-    devices->offset = 1000;
     recorder.RecordAt(quarter + 3 * 86400 + 60);
     EXPECT_EQ(store->Snapshot("/ORKA/BPMHIST", "ORBIT.X.Q1.HIST", quarter), std::nullopt);
     EXPECT_TRUE(store->Snapshot("/ORKA/BPMHIST", "ORBIT.X.Q1.HIST", quarter + 60).has_value());

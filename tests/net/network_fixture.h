@@ -1,20 +1,22 @@
-// A name service and one device server serving the whole sample
-// configuration, started once for a test suite, and a NetworkTransport on them.
+// A name service, one device server serving the whole sample configuration
+// and an archiver, started once for a test suite, and a NetworkTransport on them.
 #pragma once
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "net/network_transport.h"
+#include "../sim/transport_read.h"
 #include "server_processes.h"
 #include "sim/simulated_accelerator.h"
 #include "vire/completion_codes.h"
 #include "vire/formats.h"
 #include "vire/link.h"
-#include "vire/wire.h"
 
 namespace net_test {
 
@@ -32,56 +34,47 @@ inline std::shared_ptr<sim::SimulatedAccelerator> LocalTwin() {
     return std::make_shared<sim::SimulatedAccelerator>(LUMISCOPE_SAMPLE_CONFIG_DIR);
 }
 
-struct Answer {
-    vire::Status status = -1;
-    int32_t count = 0;
-    std::vector<std::byte> bytes;  // the delivered elements only
-};
+using sim_test::Answer;
+using sim_test::Read;
 
-// One read through a transport: `count` elements of `format`, LONG input.
-inline Answer Read(vire::Transport& transport, const std::string& device, const std::string& property, int16_t format,
-                   int32_t count, const std::vector<int32_t>& input = {}, int32_t timeoutMs = 1000) {
-    const int32_t width = std::max(vire::FormatSize(format), 1);
-    std::vector<std::byte> buffer(static_cast<size_t>(std::max(count, 0)) * static_cast<size_t>(width));
-    std::vector<std::byte> in(input.size() * 4);
-    for (size_t i = 0; i < input.size(); ++i) vire::StoreInt32(in, 4 * i, input[i]);
-    vire::DataObject out{count, format, "", buffer};
-    const vire::Status status = transport.Call(
-        device, property, out, vire::DataObject{static_cast<int32_t>(input.size()), vire::kFormatLong, "", in},
-        vire::kAccessRead, timeoutMs);
-    buffer.resize(static_cast<size_t>(std::max(out.count, 0)) * static_cast<size_t>(width));
-    return Answer{status, out.count, buffer};
-}
-
+// The servers of a suite run until the next suite starts them again.
 class NetworkSuite : public ::testing::Test {
 protected:
     static void SetUpTestSuite() {
-        names = std::make_unique<ServerProcess>();
-        devices = std::make_unique<ServerProcess>();
-        if (!names->Start("lumiscope-names", {"--listen", "127.0.0.1:0"})) return;
-        devices->Start("lumiscope-devserver",
-                       // A short lease: the later tests need the heartbeats.
-                       {"--config", LUMISCOPE_SAMPLE_CONFIG_DIR, "--shard", "0/1", "--names", names->Address(),
-                        "--lease-ms", "900"},
-                       kSimEnvironment);
+        archiver.Stop();  // before its database goes
+        std::filesystem::remove(Archive());
+        if (names.Start("lumiscope-names", {"--listen", "127.0.0.1:0"}) && StartDevices()) StartArchiver();
     }
-    static void TearDownTestSuite() {
-        devices.reset();
-        names.reset();
+    static bool StartDevices() {
+        // A short lease: the later tests need the heartbeats.
+        return devices.Start("lumiscope-devserver",
+                             {"--config", LUMISCOPE_SAMPLE_CONFIG_DIR, "--shard", "0/1", "--names", names.Address(),
+                              "--lease-ms", "900"},
+                             kSimEnvironment);
     }
+    static bool StartArchiver() {
+        return archiver.Start("lumiscope-archiver",
+                              {"--config", LUMISCOPE_SAMPLE_CONFIG_DIR, "--db", Archive(), "--names", names.Address(),
+                               "--record", "no"},
+                              kSimEnvironment);
+    }
+    static std::string Archive() { return ::testing::TempDir() + "/archive-" + std::to_string(getpid()) + ".sqlite"; }
     void SetUp() override {
-        ASSERT_TRUE(names->Running()) << "the name service did not start";
-        ASSERT_TRUE(devices->Running()) << "the device server did not start";
-        // The device server registers its names as it starts listening.
-        ASSERT_TRUE(WaitUntil(
-            [] { return Read(*Transport(), "/ORKA/BPMQ1/ORBIT", "ORBIT.X", vire::kFormatSingle, 1).status == 0; },
-            std::chrono::seconds(10)));
+        ASSERT_TRUE(names.Running() && devices.Running() && archiver.Running()) << "a server did not start";
+        ASSERT_TRUE(Registered());
+    }
+    // The servers register their names as they start listening.
+    static bool Registered() {
+        return WaitUntil([] {
+            auto transport = Transport();
+            return Read(*transport, "/ORKA/BPMQ1/ORBIT", "ORBIT.X", 1).status == 0 &&
+                   Read(*transport, "/ORKA/OKHISTORY/#1", "LOSS.INT", 1, vire::kFormatFltInt).status != vire::kLinkError;
+        }, std::chrono::seconds(10));
     }
     static std::shared_ptr<net::NetworkTransport> Transport(const std::string& clientHost = "opsconsole") {
-        return std::make_shared<net::NetworkTransport>(net::NetworkSettings{names->Address(), "", clientHost});
+        return std::make_shared<net::NetworkTransport>(net::NetworkSettings{names.Address(), "", clientHost});
     }
-    static inline std::unique_ptr<ServerProcess> names;
-    static inline std::unique_ptr<ServerProcess> devices;
+    static inline ServerProcess names, devices, archiver;
 };
 
 }  // namespace net_test

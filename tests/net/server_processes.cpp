@@ -63,20 +63,15 @@ void ServerProcess::Reap(int signal) {
 void ServerProcess::Stop() { Reap(SIGTERM); }
 void ServerProcess::Kill() { Reap(SIGKILL); }
 
-int LoopbackListener(int& port) {
+int DeadPort() {
     const int s = socket(AF_INET, SOCK_STREAM, 0);
     sockaddr_in address{AF_INET, 0, {htonl(INADDR_LOOPBACK)}, {}};
     socklen_t size = sizeof address;
-    port = 0;
-    if (bind(s, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0 && listen(s, 8) == 0 &&
+    int port = 0;
+    if (bind(s, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0 &&
         getsockname(s, reinterpret_cast<sockaddr*>(&address), &size) == 0)
         port = ntohs(address.sin_port);
-    return s;
-}
-
-int DeadPort() {
-    int port = 0;
-    close(LoopbackListener(port));
+    close(s);
     return port;
 }
 

@@ -30,7 +30,6 @@ public:
     void Kill();
     const std::string& Address() const { return address_; }
     bool Running() const { return pid_ > 0; }
-    pid_t Pid() const { return pid_; }
 
 private:
     void Reap(int signal);
@@ -40,8 +39,6 @@ private:
 
 // A loopback port nothing listens on (bound, read and closed again).
 int DeadPort();
-// A socket listening on a free loopback port; the caller closes it.
-int LoopbackListener(int& port);
 
 // Polls `done` every 10 ms until it is true or `limit` has passed.
 bool WaitUntil(const std::function<bool()>& done, std::chrono::milliseconds limit);

@@ -102,7 +102,6 @@ TEST(WireCodec, BuffersOnBothSidesAreBoundedByCountCapacityAndTheReplyLimit) {
 
 TEST(WireCodec, EngineFailuresBecomeTheMiddlewaresCodes) {
     const std::pair<grpc::StatusCode, vire::Status> cases[] = {
-        {grpc::StatusCode::OK, 0},
         {grpc::StatusCode::DEADLINE_EXCEEDED, vire::kTimeout},
         {grpc::StatusCode::UNAVAILABLE, vire::kLinkError},
         {grpc::StatusCode::RESOURCE_EXHAUSTED, vire::kServerError},

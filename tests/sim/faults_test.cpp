@@ -17,7 +17,9 @@ TEST_F(SimTest, FaultsComeBeforeEverythingAndRecoverAfterTheirCalls) {
     const Case cases[] = {
         {"/ORKA/BPMQ1", "down", {{1000, vire::kLinkError, 0}, {1000, vire::kLinkError, 0}}},
         {"BPMQ1", "code:36", {{1000, 36, 0}}},
-        {"/ORKA/BPMQ1", "slow", {{500, vire::kTimeout, 500}, {2500, vire::kTimeout, 2500}}},
+        {"/ORKA/BPMQ1", "SLOW", {{500, vire::kTimeout, 500}, {2500, vire::kTimeout, 2500}}},
+        {"BPMQ1", "code:-7", {{1000, -7, 0}}},
+        {"/ORKA/BPMQ1", "slow:600000*1000000", {{2500, vire::kTimeout, 2500}}},  // the largest delay and count
         {"/ORKA/BPMQ2", "down", {{1000, 0, 0}}},  // another server
         // Slow by a given time: a shorter time-out fails after itself, a longer one waits for the answer.
         {"/ORKA/BPMQ1", "slow:1500", {{500, vire::kTimeout, 500}, {2500, 0, 1500}, {1500, vire::kTimeout, 1500}}},
@@ -33,7 +35,7 @@ TEST_F(SimTest, FaultsComeBeforeEverythingAndRecoverAfterTheirCalls) {
         accelerator->SetFault(c.target, fault);
         for (size_t i = 0; i < c.steps.size(); ++i) {
             const int64_t before = vire::NowMilliseconds();
-            const auto r = Floats("/ORKA/BPMQ1/ORBIT", "ORBIT.X", 32, vire::kFormatSingle, c.steps[i].timeoutMs);
+            const auto r = Read("/ORKA/BPMQ1/ORBIT", "ORBIT.X", 32, vire::kFormatSingle, {}, -1, c.steps[i].timeoutMs);
             EXPECT_EQ(r.status, c.steps[i].status) << c.target << "=" << c.fault << " call " << i;
             EXPECT_EQ(r.values.size(), r.status == 0 ? 32u : 0u);
             EXPECT_EQ(vire::NowMilliseconds() - before, c.steps[i].waitedMs) << c.target << "=" << c.fault << " call " << i;
@@ -42,29 +44,16 @@ TEST_F(SimTest, FaultsComeBeforeEverythingAndRecoverAfterTheirCalls) {
     }
 }
 
-TEST(ParseFault, KindsDelaysAndCallCountsWithinTheirRanges) {
-    struct Case { const char* text; sim::Fault::Kind kind; int16_t code; int32_t delayMs, calls; };
-    using K = sim::Fault::Kind;
-    const Case cases[] = {
-        {"down", K::Down, 0, 0, 0}, {"SLOW", K::Slow, 0, 0, 0}, {"code:-7", K::Code, -7, 0, 0},
-        {"slow:1500", K::Slow, 0, 1500, 0}, {"slow:600000*1000000", K::Slow, 0, 600000, 1000000},
-        {"code:45*2", K::Code, 45, 0, 2}, {"down*3", K::Down, 0, 0, 3},
-    };
-    for (const Case& c : cases) {
-        sim::Fault fault;
-        ASSERT_TRUE(sim::ParseFault(c.text, fault)) << c.text;
-        EXPECT_EQ(std::make_tuple(fault.kind, fault.code, fault.delayMs, fault.calls),
-                  std::make_tuple(c.kind, c.code, c.delayMs, c.calls)) << c.text;
-    }
+TEST(ParseFault, DelaysAndCallCountsOutOfTheirRangesAndOtherTextsAreRefused) {
     for (const char* text : {"slow:0", "slow:-5", "slow:600001", "slow:1.5", "down*0", "down*", "*2", "down*1000001",
                              "down*2*3", "code:0", "code:32768", "sometimes", ""}) {
-        sim::Fault fault{K::Code, 99, 0, 0};
+        sim::Fault fault{sim::Fault::Kind::Code, 99, 0, 0};
         EXPECT_FALSE(sim::ParseFault(text, fault)) << text;
         EXPECT_EQ(fault.code, 99) << "an unreadable fault changes nothing";
     }
 }
 
-TEST(SimulationSettings, TheFileThenTheEnvironmentAndWhatCouldNotBeUsed) {
+TEST(SimulationSettings, TheFileThenTheEnvironmentAndWhatCouldNotBeUsedOrFound) {
     catalogue_test::ScratchDir dir;
     auto load = [&](const std::string& text) {
         dir.Write(sim::kSimulationFileName, text);
@@ -88,9 +77,7 @@ TEST(SimulationSettings, TheFileThenTheEnvironmentAndWhatCouldNotBeUsed) {
     ::setenv("LUMISCOPE_SIM_FAULTS", "B=slow*1, A=code:45,broken", 1);
     ::setenv("LUMISCOPE_SIM_SEED", "9", 1);
     s = load("SETTING,TARGET,VALUE\nWRITER,,alice\nFAULT,A,down\n");
-    ::unsetenv("LUMISCOPE_SIM_FAULTS");
-    ::unsetenv("LUMISCOPE_SIM_WRITERS");
-    ::unsetenv("LUMISCOPE_SIM_SEED");
+    for (const char* name : {"LUMISCOPE_SIM_FAULTS", "LUMISCOPE_SIM_WRITERS", "LUMISCOPE_SIM_SEED"}) ::unsetenv(name);
     EXPECT_EQ(s.writers, (std::set<std::string>{"carol", "dave"}));
     EXPECT_EQ(std::make_pair(s.faults.at("A").kind, s.faults.at("A").code), std::make_pair(sim::Fault::Kind::Code, int16_t{45}));
     EXPECT_EQ(std::make_pair(s.faults.at("B").kind, s.faults.at("B").calls), std::make_pair(sim::Fault::Kind::Slow, 1));
@@ -103,15 +90,12 @@ TEST(SimulationSettings, TheFileThenTheEnvironmentAndWhatCouldNotBeUsed) {
     EXPECT_EQ(s.seed, 1u);
     EXPECT_TRUE(s.faults.empty() && s.writers.empty());
     EXPECT_TRUE(sim::LoadSimulationSettings(dir.Path("none")).problems.empty()) << "no file: the defaults";
-}
 
-TEST(SimulatedAcceleratorOfABrokenDirectory, ServesWhatItCouldReadAndSaysWhatItCouldNot) {
-    sim::SimulatedAccelerator empty("/nonexistent-lumiscope-dir", sim::SimulationSettings{});
+    // No configuration at all: the simulation serves nothing and says why.
+    sim::SimulatedAccelerator empty(dir.Path("none"), sim::SimulationSettings{});
     EXPECT_TRUE(empty.model().channels.empty());
     EXPECT_FALSE(empty.model().problems.empty());
-    std::vector<std::byte> buffer(4);
-    vire::DataObject out{1, vire::kFormatSingle, "", buffer};
-    EXPECT_EQ(empty.Call("/ORKA/BPMQ1/ORBIT", "ORBIT.X", out, {}, 1, 1000), vire::kLinkError);
+    EXPECT_EQ(sim_test::Read(empty, "/ORKA/BPMQ1/ORBIT", "ORBIT.X", 1).status, vire::kLinkError);
 }
 
 }  // namespace

@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "sim_fixture.h"
 
 namespace {
@@ -13,8 +15,9 @@ TEST_F(SimTest, LocalHistoryCoversTheLastDaysTheArchiveReachesFurtherAtCoarserSt
     const Case cases[] = {
         // Ten minutes of the local history: one value a minute, both ends included.
         {"/ORKA/BPMHIST/BPM.S01.C2", "ORBIT.X.Q1.HIST", kNowS - 600, kNowS, 999, 11, 60},
-        // More recorded than asked for: spread over the window, at most the count.
+        // More recorded than asked for: spread over the window from end to end, at most the count.
         {"/ORKA/BPMHIST/BPM.S01.C2", "ORBIT.X.Q1.HIST", kNowS - kDay, kNowS, 100, 100, 0},
+        {"/ORKA/BPMHIST/BPM.S01.C2", "ORBIT.X.Q1.HIST", kNowS - 600, kNowS, 5, 5, 0},
         // Before the local history's first day: nothing there, and no error.
         {"/ORKA/BPMHIST/BPM.S01.C2", "ORBIT.X.Q1.HIST", kNowS - 10 * kDay, kNowS - 9 * kDay, 999, 0, 0},
         // The archiver has it, a value every quarter hour.
@@ -29,9 +32,13 @@ TEST_F(SimTest, LocalHistoryCoversTheLastDaysTheArchiveReachesFurtherAtCoarserSt
         {"/ORKA/BPMHIST/BPM.S01.C2", "ORBIT.X.Q1.HIST", kNowS + 60, kNowS + 600, 999, 0, 0},
     };
     for (const Case& c : cases) {
-        const auto r = History(c.device, c.property, {static_cast<int32_t>(c.from), static_cast<int32_t>(c.to)}, c.count);
+        // Into a buffer larger than the count asked: no more than the count is delivered.
+        const auto r = Read(c.device, c.property, c.count, vire::kFormatFltInt,
+                            {static_cast<int32_t>(c.from), static_cast<int32_t>(c.to)}, 999);
         ASSERT_EQ(r.status, 0) << c.device << " " << c.property;
         EXPECT_EQ(r.values.size(), c.points) << c.device << " " << c.property;
+        const bool spread = c.step == 0 && c.points > 1;
+        EXPECT_TRUE(!spread || (r.times.front() == c.from && r.times.back() == c.to)) << c.device << " spread";
         for (size_t i = 0; i < r.times.size(); ++i) {
             EXPECT_TRUE(r.times[i] >= c.from && r.times[i] <= c.to) << r.times[i];
             const int32_t step = i == 0 ? 0 : r.times[i] - r.times[i - 1];
@@ -40,34 +47,31 @@ TEST_F(SimTest, LocalHistoryCoversTheLastDaysTheArchiveReachesFurtherAtCoarserSt
     }
 }
 
-TEST_F(SimTest, AReadIntoALargerBufferDeliversNoMoreThanTheCountAsked) {
-    const int32_t from = static_cast<int32_t>(kNowS - 600), to = static_cast<int32_t>(kNowS);
-    const auto series = History("/ORKA/BPMHIST/BPM.S01.C2", "ORBIT.X.Q1.HIST", {from, to}, 5, vire::kFormatFltInt, 50);
-    ASSERT_EQ(series.status, 0);
-    EXPECT_EQ(series.values.size(), 5u);
-    EXPECT_EQ(std::make_pair(series.times.front(), series.times.back()), std::make_pair(from, to)) << "spread over the window";
-    const auto spectrum = History("/ORKA/BCMHIST/#0", "CHARGE.P2.HIST", {to, to, 0}, 10, vire::kFormatSingle, 1980);
-    EXPECT_EQ(spectrum.values.size(), 10u);
+TEST_F(SimTest, HistoryAgreesWithWhatWasLiveAtTheSameMomentInElementOrder) {
+    const int32_t now = static_cast<int32_t>(kNowS);
+    // reversed: the live spectrum is read out last element first, the recorded one is in element order.
+    struct Case { const char* device; const char* property; const char* history; const char* historyProperty; int16_t format; bool reversed; };
+    const Case cases[] = {
+        {"/ORKA/DCCT/RING", "CURRENT", "/ORKA/MACHHIST/RING", "CURRENT.HIST", vire::kFormatFltInt, false},
+        {"/ORKA/DCCT/RING", "CURRENT", "OKHISTORY", "CURRENT", vire::kFormatFltInt, false},
+        {"/ORKA/BPMQ2/ORBIT", "ORBIT.X", "/ORKA/BPMHIST/#0", "ORBIT.X.Q2.HIST", vire::kFormatSingle, false},
+        {"/ORKA/BPMQ3/ORBIT", "ORBIT.X", "/ORKA/BPMHIST/#0", "ORBIT.X.Q3.HIST", vire::kFormatSingle, true},
+    };
+    for (const Case& c : cases) {
+        auto live = Read(c.device, c.property, 32).values;
+        if (c.reversed) std::reverse(live.begin(), live.end());
+        const auto past = Read(c.history, c.historyProperty, 32, c.format, {now, now, 0});
+        EXPECT_EQ(past.values, live) << c.history << " " << c.historyProperty;
+        EXPECT_EQ(past.times.empty() ? past.stamp : past.times.back(), now) << c.history << " " << c.historyProperty;
+    }
 }
 
-TEST_F(SimTest, HistoryAgreesWithWhatWasLiveAtTheSameMoment) {
-    const auto live = Floats("/ORKA/DCCT/RING", "CURRENT", 1);
-    const auto local = History("/ORKA/MACHHIST/RING", "CURRENT.HIST", {static_cast<int32_t>(kNowS - 60), static_cast<int32_t>(kNowS)}, 10);
-    const auto archive = History("OKHISTORY", "CURRENT", {static_cast<int32_t>(kNowS - 60), static_cast<int32_t>(kNowS)}, 10);
-    ASSERT_FALSE(local.times.empty());
-    ASSERT_FALSE(archive.times.empty());
-    ASSERT_EQ(local.times.back(), kNowS);
-    ASSERT_EQ(archive.times.back(), kNowS);
-    EXPECT_EQ(local.values.back(), live.values[0]);
-    EXPECT_EQ(archive.values.back(), live.values[0]);
-}
-
-TEST_F(SimTest, WholeSpectraComeFromTheRecordedTimeAtOrBeforeTheOneAsked) {
+TEST_F(SimTest, WholeSpectraComeFromTheRecordedTimeAtOrBeforeTheOneAskedAndNoMoreThanAsked) {
     const int32_t t = static_cast<int32_t>(kNowS - 30);
-    const auto at = History("/ORKA/BCMHIST/#0", "CHARGE.P2.HIST", {t, t, 0}, 1980, vire::kFormatSingle);
+    const auto at = Read("/ORKA/BCMHIST/#0", "CHARGE.P2.HIST", 1980, vire::kFormatSingle, {t, t, 0});
     ASSERT_EQ(at.values.size(), 1980u);
     EXPECT_EQ(at.stamp, kNowS - 60);
-    const auto fewer = History("/ORKA/BCMHIST/#0", "CHARGE.P2.HIST", {t, 0, 0}, 10, vire::kFormatSingle);
+    const auto fewer = Read("/ORKA/BCMHIST/#0", "CHARGE.P2.HIST", 10, vire::kFormatSingle, {t, 0, 0}, 1980);
     EXPECT_EQ(std::vector<float>(at.values.begin(), at.values.begin() + 10), fewer.values);
 }
 
@@ -103,7 +107,7 @@ TEST_F(SimTest, HistoryReadsCheckTheirInputFormatElementAndTimeAndProbesCountThe
         {"/ORKA/OKHISTORY/#0", "NOSUCH", {to, to, 0}, single, vire::kUnknownProperty, -1},
     };
     for (const Case& c : cases) {
-        const auto r = History(c.device, c.property, c.input, 999, c.format);
+        const auto r = Read(c.device, c.property, 999, c.format, c.input);
         EXPECT_EQ(r.status, c.status) << c.device << " " << c.property << " inputs " << c.input.size();
         EXPECT_EQ(c.probe < 0 ? c.probe : r.times.at(0), c.probe) << c.device << " " << c.input[0];
     }
