@@ -54,7 +54,7 @@ int32_t Int32At(const std::string& bytes, size_t offset) {
 // A server whose every reply is the fuzzed bytes: status and count from the
 // first eight bytes (any value, negative and huge ones included), the rest
 // copied into as much of the caller's buffer as it fills.
-void DecodeReplies(const std::string& reply) {
+void DecodeReplies(catalogue::Catalogue& cat, catalogue::QuietWindow& window, const std::string& reply) {
     auto server = std::make_shared<vire_test::FakeTransport>();
     server->answer = [&reply](vire::DataObject& out) {
         const size_t n = reply.size() > 8 ? std::min(out.buffer.size(), reply.size() - 8) : 0;
@@ -71,27 +71,22 @@ void DecodeReplies(const std::string& reply) {
     (void)vire::GetDeviceNames("/C/S", "P", count, names);
     vire::PropertyList properties;
     (void)vire::GetProperties("/C/S", "P", properties);
-    catalogue::Catalogue cat;
     vire::InstallThresholdLink(cat);
     cat.SpectrumList[0].ThresholdSource = "/C/S/D[THR]";
     cat.SpectrumList[0].Size = Int32At(reply, 3);  // a size set by hand, unchecked
-    catalogue::QuietWindow window;
     (void)catalogue::ReadChannelThresholds(cat, window, 0);
     vire::SetTransport(nullptr);
 }
 
 // A data-source row whose SIZE is a fuzzed number, huge and negative ones
 // included, read and then prepared as the window prepares a single channel.
-void ReadSizedChannel(const std::string& contents) {
+void ReadSizedChannel(catalogue::Catalogue& cat, catalogue::QuietWindow& window, const std::string& contents) {
     // "e" and a number as text (the seeds), or a number from the bytes.
     const std::string size = !contents.empty() && contents[0] == 'e'
                                  ? contents.substr(1, 12)
                                  : std::to_string(static_cast<int64_t>(Int32At(contents, 0)) * (contents.size() % 5));
     const std::string file = Write("sized.csv", "CONTEXT,SERVER,PROPERTY,SIZE,HIGH\r\nC,S/D,P," + size +
                                                     ",input.csv\r\n");
-    catalogue::Catalogue cat;
-    cat.ApplicationPath = ScratchConfigs();
-    catalogue::QuietWindow window;
     if (catalogue::ReadSpectrumConfig(cat, window, file) == 0) (void)catalogue::ReadChannelThresholds(cat, window, 0);
 }
 
@@ -135,10 +130,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
             CheckDirectoryOf(contents);
             break;
         case 6:
-            DecodeReplies(contents);
+            DecodeReplies(cat, window, contents);
             break;
         default:
-            ReadSizedChannel(contents);
+            ReadSizedChannel(cat, window, contents);
             break;
     }
     return 0;

@@ -19,7 +19,7 @@ ToolRun Tool(const std::vector<std::string>& args) { return test_support::RunToo
 
 const std::string kSample = LUMISCOPE_SAMPLE_CONFIG_DIR;
 
-TEST(LumiscopeConfig, MachinesOfTheSample) {
+TEST(LumiscopeConfig, MachinesAndSubsystemsOfTheSampleWithAndWithoutTrailingSeparatorAndLocalList) {
     const ToolRun run = Tool({"machines", kSample + "/config_machines.csv"});
     EXPECT_EQ(run.exitCode, 0);
     const QJsonObject doc = run.Json().object();
@@ -27,18 +27,15 @@ TEST(LumiscopeConfig, MachinesOfTheSample) {
     EXPECT_EQ(doc["MachineCount"].toInt(), 5);
     EXPECT_EQ(doc["MachineList"].toArray()[4].toObject()["Name"].toString(), "OPERATIONS");
     EXPECT_TRUE(doc["messages"].toArray().isEmpty());
-}
 
-TEST(LumiscopeConfig, SubsystemsWithAndWithoutTrailingSeparatorAndLocalList) {
     ScratchDir dir;
     dir.Write("prog/SpectrumInfo.csv", Lines({"FILENAME,DESCRIPTION", "L.csv,Local"}));
     for (const std::string& configDir : {kSample, kSample + "/"}) {
-        const QJsonObject doc = Tool({"subsystems", configDir, "VESTA_Subsystems.csv"}).Json().object();
-        EXPECT_EQ(doc["SubsystemCount"].toInt(), 3);
-        const QJsonArray menu = doc["MenuSubsystem"].toArray();
-        EXPECT_EQ(menu[2].toObject()["caption"].toString(), "Magnet Power Supplies");
-        EXPECT_TRUE(menu[2].toObject()["visible"].toBool());
-        EXPECT_FALSE(menu[3].toObject()["visible"].toBool());
+        const QJsonObject list = Tool({"subsystems", configDir, "VESTA_Subsystems.csv"}).Json().object();
+        EXPECT_EQ(list["SubsystemCount"].toInt(), 3);
+        EXPECT_EQ(list["MenuSubsystem"][2]["caption"].toString(), "Magnet Power Supplies");
+        EXPECT_TRUE(list["MenuSubsystem"][2]["visible"].toBool());
+        EXPECT_FALSE(list["MenuSubsystem"][3]["visible"].toBool());
     }
     const QJsonObject local =
         Tool({"subsystems", kSample, "VESTA_Subsystems.csv", "--program-path", dir.Path("prog")}).Json().object();
