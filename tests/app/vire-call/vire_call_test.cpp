@@ -37,7 +37,8 @@ TEST(VireCall, JsonAnswersCarryStatusTextFormatAndValues) {
         {{"/ORKA/BPMQ1/ORBIT", "ORBIT.X"}, 0, "SINGLE", 1, ""},
         {{"--names", "/ORKA/BLMSRV", "LOSS.FAST"}, 0, "NAME16", 96, "BLM.S01.1"},
         {{"--props", "/ORKA/BLMSRV", "HV"}, 0, "NAME32", 4, "HV"},
-        {{"--history", "/ORKA/BPMHIST/BPM.S01.C1", "ORBIT.X.Q1.HIST", "--from", "now-600", "--to", "now"},
+        // Minute values: a window of 599 s holds ten whatever second "now" is.
+        {{"--history", "/ORKA/BPMHIST/BPM.S01.C1", "ORBIT.X.Q1.HIST", "--from", "now-599", "--to", "now"},
          0, "FLTINT", 10, ""},
         {{"--spectrum", "/ORKA/OKHISTORY/#0", "CHARGE.P1", "--at", "now-86400", "--count", "1980"}, 0, "SINGLE", 1980, ""},
         {{"/ORKA/BLMSRV/LOSS.RING", "THRESHOLD[2]", "--write", "12.5", "--user", "operator"}, 0, "SINGLE", 0, ""},
