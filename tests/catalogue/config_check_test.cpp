@@ -67,10 +67,8 @@ protected:
 };
 
 TEST_F(BrokenCopy, FindsEveryProblemOfRowsThresholdsListsHistoriesAndPropertyGroups) {
-    const std::string dataHeader =
-        "CONTEXT,SERVER,PROPERTY,SIZE,DESCRIPTION,MAX,MIN,EGU,APPEND,HIGH,LOW,PROPLINK,EXTRAPROPCOMBOINDEX";
     Write("KALM_BPM.csv", {
-        dataHeader,
+        "CONTEXT,SERVER,PROPERTY,SIZE,DESCRIPTION,MAX,MIN,EGU,APPEND,HIGH,LOW,PROPLINK,EXTRAPROPCOMBOINDEX",
         "KALM,BPMSRV/LINE,POS.X,12,Head,2,-2,mm,REVERSE,,,1,-1",            // line 2: APPEND on row 1
         "KALM,BPMSRV/LINE,POS.Y,12,Part,3,-2,mm,yes,,,0,-1",                // 3: append refused
         "KALM,BPMSRV,POS.S,12abc,Sum,2,2,V,,a.csv,b.csv,1,9",               // 4: many
@@ -89,7 +87,8 @@ TEST_F(BrokenCopy, FindsEveryProblemOfRowsThresholdsListsHistoriesAndPropertyGro
     const Texts head{"CONTEXT,SERVER,PROPERTY,SIZE,DESCRIPTION,MAX,MIN,EGU,PROPLINK,EXTRAPROPCOMBOINDEX",
                      "VESTA,PSSRV/D,CURRENT.SET,24,Soll,1,0,A,1,1",   // line 2
                      "VESTA,PSSRV/D,CURRENT.ACT,20,Ist,1,0,A,1,-1"};  // line 3
-    Texts ps = Numbered(Numbered(head, 4, "VESTA,PSSRV/D,P", ",20,P,1,0,A,1,-1"), 5, "VESTA,PSSRV/Q,Q", ",20,Q,1,0,A,2,-1");
+    Texts ps =
+        Numbered(Numbered(head, 4, "VESTA,PSSRV/D,P", ",20,P,1,0,A,1,-1"), 5, "VESTA,PSSRV/Q,Q", ",20,Q,1,0,A,2,-1");
     ps.push_back("VESTA,PSSRV/Q,R,20,,1,0,A,3,-1");  // line 13; group 2 from line 8
     Write("VESTA_PS.csv", ps);
     Write("LYRAS_BPM.csv",

@@ -95,7 +95,8 @@ TEST(LumiscopeConfig, ChannelFilesShareOneCatalogueAndEachGetsItsDocument) {
     garbage += "\r\nX,caf\xe9 \xc3\xa9\x01\r\n";
     const std::vector<std::string> args = {
         "channels",
-        dir.Write("a.csv", Lines({"CONTEXT,SERVER,PROPERTY,SIZE,DESCRIPTION,MAX,MIN,EGU", "ORKA,S/D,P,3,\"A, q\",0.1,-0.1,mm"})),
+        dir.Write("a.csv",
+                  Lines({"CONTEXT,SERVER,PROPERTY,SIZE,DESCRIPTION,MAX,MIN,EGU", "ORKA,S/D,P,3,\"A, q\",0.1,-0.1,mm"})),
         dir.Write("b.csv", Lines({"SERVER,DESCRIPTION", "S2/E,B", "S3/F,C"})),
         dir.Write("huge.csv", Lines({"SIZE,DESCRIPTION,HIGH", "4,Fine,", "2000000000,Huge,D[T]"})),
         dir.Write("g.csv", garbage)};
