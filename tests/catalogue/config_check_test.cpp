@@ -12,8 +12,7 @@
 namespace catalogue {
 namespace {
 
-using catalogue_test::Lines;
-using catalogue_test::ScratchDir;
+using namespace catalogue_test;
 
 std::string Describe(const ConfigCheckResult& result) {
     std::string text;
@@ -67,11 +66,9 @@ protected:
     ScratchDir scratch_;
 };
 
-TEST_F(BrokenCopy, FindsEveryProblem) {
-    const std::string dataHeader =
-        "CONTEXT,SERVER,PROPERTY,SIZE,DESCRIPTION,MAX,MIN,EGU,APPEND,HIGH,LOW,PROPLINK,EXTRAPROPCOMBOINDEX";
+TEST_F(BrokenCopy, FindsEveryProblemOfRowsThresholdsListsHistoriesAndPropertyGroups) {
     Write("KALM_BPM.csv", {
-        dataHeader,
+        "CONTEXT,SERVER,PROPERTY,SIZE,DESCRIPTION,MAX,MIN,EGU,APPEND,HIGH,LOW,PROPLINK,EXTRAPROPCOMBOINDEX",
         "KALM,BPMSRV/LINE,POS.X,12,Head,2,-2,mm,REVERSE,,,1,-1",            // line 2: APPEND on row 1
         "KALM,BPMSRV/LINE,POS.Y,12,Part,3,-2,mm,yes,,,0,-1",                // 3: append refused
         "KALM,BPMSRV,POS.S,12abc,Sum,2,2,V,,a.csv,b.csv,1,9",               // 4: many
@@ -85,10 +82,21 @@ TEST_F(BrokenCopy, FindsEveryProblem) {
     Write("KALM_THR.csv", {"DEVICE,HIGH", ";x", "B1,5", "B2,oops"});
     Write("LYRAS_Subsystems.csv", {"FILENAME,DESCRIPTION", "LYRAS_BPM.csv,", "LYRAS_MISSING.csv,Missing"});
     Write("VESTA.HIST", {"PROPERTY,DESCRIPTION,MAX", "I,Current,x"});
-    std::vector<std::string> history{"PROPERTY,DESCRIPTION,HSTSERVER"};
-    for (int i = 0; i < 11; ++i) history.push_back("P" + std::to_string(i) + ",D,/K/H");
-    Write("KALM.HIST", history);
+    Write("KALM.HIST", Numbered({"PROPERTY,DESCRIPTION,HSTSERVER"}, 11, "P", ",D,/K/H"));
 
+    const Texts head{"CONTEXT,SERVER,PROPERTY,SIZE,DESCRIPTION,MAX,MIN,EGU,PROPLINK,EXTRAPROPCOMBOINDEX",
+                     "VESTA,PSSRV/D,CURRENT.SET,24,Soll,1,0,A,1,1",   // line 2
+                     "VESTA,PSSRV/D,CURRENT.ACT,20,Ist,1,0,A,1,-1"};  // line 3
+    Texts ps =
+        Numbered(Numbered(head, 4, "VESTA,PSSRV/D,P", ",20,P,1,0,A,1,-1"), 5, "VESTA,PSSRV/Q,Q", ",20,Q,1,0,A,2,-1");
+    ps.push_back("VESTA,PSSRV/Q,R,20,,1,0,A,3,-1");  // line 13; group 2 from line 8
+    Write("VESTA_PS.csv", ps);
+    Write("LYRAS_BPM.csv",
+          Numbered({"CONTEXT,SERVER,PROPERTY,SIZE,DESCRIPTION,MAX,MIN,EGU"}, 6, "LYRAS,BPMSRV/L,P", ",4,B,1,0,mm"));
+    Write("OPERATIONS_Subsystems.csv", {"FILENAME,DESCRIPTION", "ORKA_PS.csv,ORKA", "KALM_BPM.csv,KALM"});
+
+    // Each property group is reported once, at its first head row; the
+    // one-member group 3 and a channel without a companion are fine.
     ExpectProblems(Check(), {
         {"KALM_BPM.csv", 2, "APPEND 'REVERSE' is ignored on the first row"},
         {"KALM_BPM.csv", 3, "ignored: EGU, MAX or MIN differ"},
@@ -111,18 +119,22 @@ TEST_F(BrokenCopy, FindsEveryProblem) {
         {"VESTA.HIST", 2, "MAX value 'x' is not a number"},
         {"VESTA.HIST", 2, "has neither a history server nor an archive"},
         {"KALM.HIST", 12, "only the first 10 quantities are read"},
-    });
+        {"VESTA_PS.csv", 2, "companion 'Ist' has 20 elements, fewer than the 24 of this channel"},
+        {"VESTA_PS.csv", 2, "PROPLINK 1 is shared by 6 entries: choosing 'Soll' fails"},
+        {"VESTA_PS.csv", 8, "PROPLINK 2 is shared by 5 entries: only 4 get a check box"},
+        {"VESTA_PS.csv", 13, "row without a description"},
+        {"LYRAS_BPM.csv", 2, "PROPLINK -1 is shared by 6 entries"},
+        {"OPERATIONS_Subsystems.csv", 3, "'KALM_BPM.csv' names none of ORKA, VESTA, LYRAS"},
+    }, {{"VESTA_PS.csv", 3, "PROPLINK"}, {"VESTA_PS.csv", 13, "PROPLINK"}, {"VESTA_PS.csv", 3, "companion"},
+        {"OPERATIONS_Subsystems.csv", 2, ""}});
 }
 
 TEST_F(BrokenCopy, HeaderProblemsAndReaderFailuresAndAMissingMachineList) {
     Write("KALM_BPM.csv", {",CONTEXT,SERVER", "KALM,BPMSRV/LINE"});
-    std::vector<std::string> machines{"MACHINE,CONFIGFILE,MACHINEFILE"};
-    for (int i = 0; i < 4; ++i) machines.push_back("M" + std::to_string(i) + ",KALM_Subsystems.csv,KALM.HIST");
+    Texts machines = Numbered({"MACHINE,CONFIGFILE,MACHINEFILE"}, 4, "M", ",KALM_Subsystems.csv,KALM.HIST");
     machines.push_back(",,");
     Write("config_machines.csv", machines);
-    std::vector<std::string> subsystems{"FILENAME,DESCRIPTION"};
-    for (int i = 0; i < 16; ++i) subsystems.push_back("KALM_BPM.csv,S" + std::to_string(i));
-    Write("KALM_Subsystems.csv", subsystems);
+    Write("KALM_Subsystems.csv", Numbered({"FILENAME,DESCRIPTION"}, 16, "KALM_BPM.csv,S"));
 
     ExpectProblems(Check(), {
         {"KALM_BPM.csv", 1, "column PROPERTY missing: the empty header field at position 0"},
@@ -135,32 +147,6 @@ TEST_F(BrokenCopy, HeaderProblemsAndReaderFailuresAndAMissingMachineList) {
     const auto result = Check();
     ASSERT_EQ(result.problems.size(), 1u) << Describe(result);
     EXPECT_NE(result.problems[0].message.find("cannot read the machine list"), std::string::npos);
-}
-
-TEST_F(BrokenCopy, PropertyGroupsCompanionsAndTheCombinedEntry) {
-    std::vector<std::string> ps{"CONTEXT,SERVER,PROPERTY,SIZE,DESCRIPTION,MAX,MIN,EGU,PROPLINK,EXTRAPROPCOMBOINDEX",
-                                "VESTA,PSSRV/D,CURRENT.SET,24,Soll,1,0,A,1,1",   // line 2
-                                "VESTA,PSSRV/D,CURRENT.ACT,20,Ist,1,0,A,1,-1"};  // line 3
-    for (int i = 0; i < 4; ++i) ps.push_back("VESTA,PSSRV/D,P" + std::to_string(i) + ",20,P,1,0,A,1,-1");
-    for (int i = 0; i < 5; ++i) ps.push_back("VESTA,PSSRV/Q,Q" + std::to_string(i) + ",20,Q,1,0,A,2,-1");  // from line 8
-    ps.push_back("VESTA,PSSRV/Q,R,20,,1,0,A,3,-1");  // line 13
-    Write("VESTA_PS.csv", ps);
-    std::vector<std::string> bpm{"CONTEXT,SERVER,PROPERTY,SIZE,DESCRIPTION,MAX,MIN,EGU"};
-    for (int i = 0; i < 6; ++i) bpm.push_back("LYRAS,BPMSRV/L,P" + std::to_string(i) + ",4,B" + std::to_string(i) + ",1,0,mm");
-    Write("LYRAS_BPM.csv", bpm);
-    Write("OPERATIONS_Subsystems.csv", {"FILENAME,DESCRIPTION", "ORKA_PS.csv,ORKA", "KALM_BPM.csv,KALM"});
-
-    // Each group is reported once, at its first head row; the one-member
-    // group 3 and a channel without a companion are fine.
-    ExpectProblems(Check(), {
-        {"VESTA_PS.csv", 2, "companion 'Ist' has 20 elements, fewer than the 24 of this channel"},
-        {"VESTA_PS.csv", 2, "PROPLINK 1 is shared by 6 entries: choosing 'Soll' fails"},
-        {"VESTA_PS.csv", 8, "PROPLINK 2 is shared by 5 entries: only 4 get a check box"},
-        {"VESTA_PS.csv", 13, "row without a description"},
-        {"LYRAS_BPM.csv", 2, "PROPLINK -1 is shared by 6 entries"},
-        {"OPERATIONS_Subsystems.csv", 3, "'KALM_BPM.csv' names none of ORKA, VESTA, LYRAS"},
-    }, {{"VESTA_PS.csv", 3, "PROPLINK"}, {"VESTA_PS.csv", 13, "PROPLINK"}, {"VESTA_PS.csv", 3, "companion"},
-        {"OPERATIONS_Subsystems.csv", 2, ""}});
 }
 
 }  // namespace

@@ -26,10 +26,15 @@ std::string ScratchDir::Write(const std::string& name, const std::string& conten
     return path.string();
 }
 
-std::string Lines(const std::vector<std::string>& lines) {
+std::string Lines(const Texts& lines) {
     std::string text;
     for (const auto& line : lines) text += line + "\r\n";
     return text;
+}
+
+Texts Numbered(Texts lines, int n, const std::string& before, const std::string& after) {
+    for (int i = 0; i < n; ++i) lines.push_back(before + std::to_string(i) + after);
+    return lines;
 }
 
 }  // namespace catalogue_test

@@ -26,8 +26,13 @@ private:
     std::filesystem::path dir_;
 };
 
+using Texts = std::vector<std::string>;
+
 // Lines joined with CR LF, as the configuration tool writes them.
-std::string Lines(const std::vector<std::string>& lines);
+std::string Lines(const Texts& lines);
+
+// The lines followed by n numbered rows: before + i + after, i from 0.
+Texts Numbered(Texts lines, int n, const std::string& before, const std::string& after = "");
 
 // Every call as one line of text, in order; message texts also on their own.
 class RecordingWindow : public catalogue::CatalogueWindow {

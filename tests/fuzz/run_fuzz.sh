@@ -8,14 +8,14 @@ rm -rf "$corpus"
 mkdir -p "$corpus"
 n=0
 for file in "$configs"/*; do
-  for reader in 0 1 2 3 4 5 6 7 8; do
+  for reader in 0 1 2 3 4 5 6 7; do
     { printf "\\x$(printf %02x $reader)"; cat "$file"; } > "$corpus/seed-$n-$reader"
   done
   n=$((n + 1))
 done
 # Sizes at and around the bounds, for the sized-channel reader.
 for size in 8000 8001 -1 2000000000 2147483647 -2147483648; do
-  printf "\\x08e%s" "$size" > "$corpus/size-$size"
+  printf "\\x07e%s" "$size" > "$corpus/size-$size"
 done
 # Anything it finds is written beside the corpus, to be added to the tests.
 exec "$fuzzer" "$corpus" -seed=1 -artifact_prefix="$(dirname "$corpus")/" -max_total_time="$seconds" -max_len=65536 -print_final_stats=1 \

@@ -10,15 +10,6 @@
 
 namespace vire_test {
 
-struct RecordedCall {
-    std::string device, property;
-    int32_t outCount = 0;
-    int16_t outFormat = 0;
-    std::vector<std::byte> input;
-    int16_t access = 0;
-    int32_t timeoutMs = 0;
-};
-
 class FakeTransport : public vire::PollingTransport {
 public:
     // Fills out (buffer, count) and returns the status.
@@ -26,12 +17,14 @@ public:
     std::function<vire::LinkData(const vire::SubscriptionRequest&)> poll = [](const vire::SubscriptionRequest&) {
         return vire::LinkData{};
     };
-    std::vector<RecordedCall> calls;
+    // Each call as "DEVICE PROPERTY OUT-COUNT OUT-FORMAT ACCESS TIMEOUT INPUT-BYTES".
+    std::vector<std::string> calls;
 
     vire::Status Call(const std::string& device, const std::string& property, vire::DataObject& out,
                       const vire::DataObject& in, int16_t access, int32_t timeoutMs) override {
-        calls.push_back({device, property, out.count, out.format,
-                         std::vector<std::byte>(in.buffer.begin(), in.buffer.end()), access, timeoutMs});
+        calls.push_back(device + " " + property + " " + std::to_string(out.count) + " " + std::to_string(out.format) +
+                        " " + std::to_string(access) + " " + std::to_string(timeoutMs) + " " +
+                        std::to_string(in.buffer.size()));
         return answer(out);
     }
 

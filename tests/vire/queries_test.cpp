@@ -41,9 +41,7 @@ TEST_F(QueryTest, DeviceNamesAskForTheCountGivenRefuseCountsNoSpectrumHasAndKeep
         EXPECT_EQ(names.front(), c.status == 0 ? "A" : "kept") << c.count;
         ASSERT_EQ(fake->calls.size(), c.asked > 0 ? 1u : 0u) << c.count;
         for (const auto& call : fake->calls)
-            EXPECT_EQ(call.device + " " + call.property + " " + std::to_string(call.outCount) + " " +
-                          std::to_string(call.outFormat) + " " + std::to_string(call.access) + " " + std::to_string(call.timeoutMs),
-                      "/ORKA/BPMQ1/#0 ORBIT.X.NAM " + std::to_string(c.asked) + " 521 1 1000");
+            EXPECT_EQ(call, "/ORKA/BPMQ1/#0 ORBIT.X.NAM " + std::to_string(c.asked) + " 521 1 1000 0") << c.count;
     }
 }
 
@@ -79,7 +77,7 @@ TEST_F(QueryTest, FloatsAreReadAsSinglesNeverBeyondTheValuesAndKeptOnFailure) {
     std::vector<float> values(3, -7.0f);
     EXPECT_EQ(vire::ReadFloats("/A/B/C", "THR", values, 800), 0);
     EXPECT_EQ(values, (std::vector<float>{0.0f, 1.5f, 0.0f}));
-    EXPECT_EQ(std::make_tuple(fake->calls[0].outFormat, fake->calls[0].outCount), std::make_tuple(int16_t{517}, 3));
+    EXPECT_EQ(fake->calls[0], "/A/B/C THR 3 517 1 800 0");
     fake->answer = [](vire::DataObject&) { return vire::kLinkError; };
     EXPECT_EQ(vire::ReadFloats("/A/B/C", "THR", values, 800), vire::kLinkError);
     EXPECT_EQ(values[1], 1.5f);

@@ -19,39 +19,33 @@ ToolRun Call(const std::vector<std::string>& args, const std::vector<std::string
 TEST(VireCall, ConversionsNeedNoServer) {
     struct Case { std::vector<std::string> args; std::string out; };
     const Case cases[] = {
-        {{"--format-name", "5"}, "SINGLE\n"}, {{"--format-name", "518"}, "NULL\n"}, {{"--format-name", "526"}, "FLTINT\n"},
-        {{"--error-text", "999"}, "Error undefined\n"}, {{"--ctime", "-1"}, "\n"},
+        {{"--format-name", "5"}, "SINGLE\n"}, {{"--error-text", "999"}, "Error undefined\n"}, {{"--ctime", "-1"}, "\n"},
     };
     for (const Case& c : cases) {
         const ToolRun run = Call(c.args);
         EXPECT_EQ(run.exitCode, 0);
         EXPECT_EQ(run.out, c.out) << c.args[0] << " " << c.args[1];
     }
-    const ToolRun ctime = test_support::RunTool(VIRE_CALL_TOOL, {"--ctime", "0"}, {"TZ=UTC"});
-    EXPECT_EQ(ctime.out, "Thu Jan  1 00:00:00 1970\n");
+    EXPECT_EQ(Call({"--ctime", "0"}, {"TZ=UTC"}).out, "Thu Jan  1 00:00:00 1970\n");
 }
 
 TEST(VireCall, JsonAnswersCarryStatusTextFormatAndValues) {
-    // first: the first value as text; "" = not checked.
+    // first: the first value if it is text.
     struct Case { std::vector<std::string> args; int status; std::string format; int values; std::string first; };
     const Case cases[] = {
         {{"/ORKA/BPMQ1/ORBIT", "ORBIT.X", "--count", "32"}, 0, "SINGLE", 32, ""},
         {{"/ORKA/BPMQ1/ORBIT", "ORBIT.X"}, 0, "SINGLE", 1, ""},
         {{"--names", "/ORKA/BLMSRV", "LOSS.FAST"}, 0, "NAME16", 96, "BLM.S01.1"},
-        {{"--names", "/LYRAS/PSSTEER", "CURRENT.SET", "--count", "4"}, 0, "NAME16", 2, "LINAC.STEERER.H01"},
         {{"--props", "/ORKA/BLMSRV", "HV"}, 0, "NAME32", 4, "HV"},
-        {{"--props", "/ORKA/BLMSRV", "NOSUCH"}, 36, "NAME32", 0, ""},
-        {{"--history", "/ORKA/BPMHIST/BPM.S01.C1", "ORBIT.X.Q1.HIST", "--from", "now-600", "--to", "now"},
+        // Minute values: a window of 599 s holds ten whatever second "now" is.
+        {{"--history", "/ORKA/BPMHIST/BPM.S01.C1", "ORBIT.X.Q1.HIST", "--from", "now-599", "--to", "now"},
          0, "FLTINT", 10, ""},
         {{"--spectrum", "/ORKA/OKHISTORY/#0", "CHARGE.P1", "--at", "now-86400", "--count", "1980"}, 0, "SINGLE", 1980, ""},
-        {{"/ORKA/BLMSRV/LOSS.RING", "THRESHOLD[2]", "--write", "12.5", "--user", "visitor"}, 20, "SINGLE", 0, ""},
         {{"/ORKA/BLMSRV/LOSS.RING", "THRESHOLD[2]", "--write", "12.5", "--user", "operator"}, 0, "SINGLE", 0, ""},
-        {{"/ORKA/NOWHERE/X", "P"}, 2, "SINGLE", 0, ""},
         {{"/ORKA/BPMQ1/ORBIT", "ORBIT.X", "--format", "LONG"}, 13, "LONG", 0, ""},
         // Counts no buffer should be made for: the call's own code, no abort.
         {{"/ORKA/BPMQ1/ORBIT", "ORBIT.X", "--count", "-3"}, 14, "SINGLE", 0, ""},
         {{"/ORKA/BPMQ1/ORBIT", "ORBIT.X", "--count", "2000000000", "--format", "DOUBLE"}, 14, "DOUBLE", 0, ""},
-        {{"--names", "/ORKA/BLMSRV", "LOSS.FAST", "--count", "2000000000"}, 14, "NAME16", 0, ""},
         {{"--history", "OKHISTORY", "CURRENT", "--from", "now-60", "--to", "now", "--count", "2147483647"}, 14,
          "FLTINT", 0, ""},
     };
@@ -66,38 +60,27 @@ TEST(VireCall, JsonAnswersCarryStatusTextFormatAndValues) {
         EXPECT_EQ(doc["errorText"].toString().toStdString(), vire::ErrorText(static_cast<vire::Status>(c.status)));
         const QJsonArray values = doc["values"].toArray();
         EXPECT_EQ(values.size(), c.values) << run.out;
-        if (!c.first.empty() && !values.isEmpty()) {
-            EXPECT_EQ(values[0].toString().toStdString(), c.first);
+        EXPECT_EQ(values[0].toString().toStdString(), c.first) << "numbers and missing values read as \"\"";
+        if (c.args[0] == "--spectrum") {
+            EXPECT_GT(doc["stamp"].toInt(), 0) << "a spectrum comes with its stamp";
+        }
+        if (c.format == "FLTINT" && values.size() > 1) {  // each value with its time, oldest first
+            EXPECT_LT(values[0]["time"].toInt(), values.last()["time"].toInt()) << run.out;
+            EXPECT_NE(values[0]["value"].toDouble(), 0.0) << run.out;
         }
     }
-}
-
-TEST(VireCall, HistoryValuesComeWithTheirTimesAndSpectraWithTheirStamp) {
-    const QJsonObject series =
-        Call({"--history", "OKHISTORY", "CURRENT", "--from", "now-7200", "--to", "now", "--count", "3", "--json"})
-            .Json().object();
-    const QJsonArray values = series["values"].toArray();
-    ASSERT_EQ(values.size(), 3);
-    EXPECT_LT(values[0].toObject()["time"].toInt(), values[2].toObject()["time"].toInt());
-    EXPECT_GT(values[0].toObject()["value"].toDouble(), 200.0);
-    const QJsonObject spectrum =
-        Call({"--spectrum", "/ORKA/BPMHIST/#0", "ORBIT.Y.Q4.HIST", "--at", "now-120", "--count", "32", "--json"})
-            .Json().object();
-    EXPECT_GT(spectrum["stamp"].toInt(), 0);
 }
 
 TEST(VireCall, FaultsFromTheEnvironmentAndTextOutput) {
     struct Case { std::string fault; std::vector<std::string> args; int status; };
     const Case cases[] = {
-        {"BPMSRV=code:36", {"/KALM/BPMSRV/LINE", "POS.X"}, 36},
         {"/KALM/BPMSRV=slow:1500", {"/KALM/BPMSRV/LINE", "POS.X", "--timeout", "500"}, vire::kTimeout},
         {"/KALM/BPMSRV=slow:1500", {"/KALM/BPMSRV/LINE", "POS.X", "--timeout", "2500"}, 0},
-        {"/KALM/BPMSRV=down*1", {"/KALM/BPMSRV/LINE", "POS.X"}, vire::kLinkError},  // each run is a first call
         // A history file's quantity, addressed from its SERVER field and empty device.
         {"", {"/ORKA/RF/CAVITIES/", "RF.VOLTAGE"}, 0},
     };
     for (const Case& c : cases) {
-        const ToolRun run = test_support::RunTool(VIRE_CALL_TOOL, c.args, {"LUMISCOPE_SIM_FAULTS=" + c.fault});
+        const ToolRun run = Call(c.args, {"LUMISCOPE_SIM_FAULTS=" + c.fault});
         EXPECT_EQ(run.exitCode, c.status == 0 ? 0 : 1) << c.fault;
         EXPECT_NE(run.out.find("\nstatus " + std::to_string(c.status) + ": " + vire::ErrorText(c.status) + "\n"),
                   std::string::npos) << c.fault << "\n" << run.out;
