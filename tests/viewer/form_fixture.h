@@ -5,11 +5,10 @@
 #pragma once
 
 #include <QApplication>
-#include <cstdlib>
-#include <ctime>
 #include <memory>
 #include <string>
 
+#include "scoped_time_zone.h"
 #include "sim/simulated_accelerator.h"
 #include "ui/controls/scoped_dialog_responder.h"
 #include "viewer/spectrum_form.h"
@@ -38,9 +37,6 @@ public:
     explicit FormFixture(std::string commandLine = "", std::string configDir = SampleConfig(),
                          const std::string& user = "OPERATOR",
                          std::shared_ptr<vire::Transport> transport = nullptr) {
-        savedTz_ = std::getenv("TZ") ? std::getenv("TZ") : "";
-        setenv("TZ", "Europe/Berlin", 1);
-        tzset();
         savedUser_ = vire::UserName();
         vire::SetUserName(user);
         vire::SetTestClock(kStartMs);
@@ -57,9 +53,6 @@ public:
         vire::SetScheduler(nullptr);
         vire::UseSystemClock();
         vire::SetUserName(savedUser_);
-        if (savedTz_.empty()) unsetenv("TZ");
-        else setenv("TZ", savedTz_.c_str(), 1);
-        tzset();
     }
     FormFixture(const FormFixture&) = delete;
     FormFixture& operator=(const FormFixture&) = delete;
@@ -91,7 +84,7 @@ public:
     viewer::SpectrumForm* form = nullptr;
 
 private:
-    std::string savedTz_;
+    test_support::ScopedTimeZone zone_{"Europe/Berlin"};
     std::string savedUser_;
 };
 

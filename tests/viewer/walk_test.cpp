@@ -4,8 +4,6 @@
 
 #include <QAction>
 #include <QComboBox>
-#include <QDir>
-#include <QImage>
 
 #include "form_fixture.h"
 #include "ui/plot/plex_plot.h"
@@ -13,12 +11,6 @@
 namespace {
 
 using viewer_test::FormFixture;
-
-void MaybeSnapshot(viewer::SpectrumForm& form, const std::string& name) {
-    const QByteArray dir = qgetenv("LUMISCOPE_VIEWER_SNAPSHOT_DIR");
-    if (dir.isEmpty()) return;
-    form.grab().save(QDir(QString::fromLocal8Bit(dir)).filePath(QString::fromStdString(name) + ".png"));
-}
 
 TEST(Walk, EveryChannelOfTheSampleShowsALiveLabelledSpectrum) {
     FormFixture f;
@@ -41,8 +33,6 @@ TEST(Walk, EveryChannelOfTheSampleShowsALiveLabelledSpectrum) {
                 EXPECT_GT(f.State().LivePointCount, 0) << where;
                 EXPECT_GE(cat.SpectrumTrace, 0) << where;
                 EXPECT_FALSE(f.State().LiveLabels[0].empty()) << where;
-                MaybeSnapshot(form, std::to_string(machine) + "_" + std::to_string(sub) + "_" +
-                                        std::to_string(position));
             }
         }
     }

@@ -1,23 +1,12 @@
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <ctime>
-
+#include "scoped_time_zone.h"
 #include "vire/clock.h"
 #include "vire/utils.h"
 
 namespace {
 
-// Runs in a zone, restoring the process's own zone afterwards.
-struct Zone {
-    explicit Zone(const char* zone) : saved(std::getenv("TZ") ? std::getenv("TZ") : "") { Set(zone); }
-    ~Zone() { Set(saved.empty() ? nullptr : saved.c_str()); }
-    static void Set(const char* zone) {
-        zone ? ::setenv("TZ", zone, 1) : ::unsetenv("TZ");
-        ::tzset();
-    }
-    std::string saved;
-};
+using Zone = test_support::ScopedTimeZone;
 
 TEST(TimeTexts, CtimeIsLocalFixedWidthTextAndEmptyForNegativeTimes) {
     struct Case { const char* zone; int64_t t; const char* text; };

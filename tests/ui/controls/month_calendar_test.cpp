@@ -5,24 +5,14 @@
 #include <QSignalSpy>
 #include <QTableView>
 #include <QTest>
-#include <cstdlib>
-#include <ctime>
 
+#include "scoped_time_zone.h"
 #include "ui/controls/month_calendar.h"
 
 namespace ui {
 namespace {
 
-// Sets the process's time zone for one scope.
-struct ScopedTimeZone {
-    explicit ScopedTimeZone(const char* zone) : saved(std::getenv("TZ") ? std::getenv("TZ") : "") { Set(zone); }
-    ~ScopedTimeZone() { Set(saved.empty() ? nullptr : saved.c_str()); }
-    static void Set(const char* zone) {
-        zone ? setenv("TZ", zone, 1) : unsetenv("TZ");
-        tzset();
-    }
-    std::string saved;
-};
+using test_support::ScopedTimeZone;
 
 constexpr const char* kUtc = "UTC0";
 constexpr const char* kCentralEurope = "CET-1CEST,M3.5.0,M10.5.0/3";
