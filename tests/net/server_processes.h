@@ -30,6 +30,7 @@ public:
     void Kill();
     const std::string& Address() const { return address_; }
     bool Running() const { return pid_ > 0; }
+    pid_t Pid() const { return pid_; }
 
 private:
     void Reap(int signal);
