@@ -5,9 +5,11 @@
 #pragma once
 
 #include <QApplication>
+#include <algorithm>
 #include <memory>
 #include <string>
 
+#include "fake_live_transport.h"
 #include "scoped_time_zone.h"
 #include "sim/simulated_accelerator.h"
 #include "ui/controls/scoped_dialog_responder.h"
@@ -16,6 +18,9 @@
 #include "vire/link.h"
 #include "vire/scheduler.h"
 #include "vire/transport.h"
+#include "vire/formats.h"
+#include "vire/queries.h"
+#include "vire/utils.h"
 
 namespace viewer_test {
 
@@ -29,6 +34,25 @@ inline std::string ApplicationPathOf(const std::string& configDir) {
     std::string dir = configDir;
     while (!dir.empty() && dir.back() == '/') dir.pop_back();
     return dir.substr(0, dir.rfind('/'));
+}
+
+// Devices the test decides: live values set per "device property" (1, 2, ...
+// while unset), and element names "N0", "N1", ... from every server.
+inline std::shared_ptr<test_support::FakeLiveTransport> FakeDevices() {
+    auto devices = std::make_shared<test_support::FakeLiveTransport>();
+    devices->countUpWhenUnset = true;
+    devices->call = [](const std::string&, const std::string&, vire::DataObject& out, const vire::DataObject&,
+                       int16_t, int32_t) {
+        if (out.format != vire::kFormatName16) return vire::Status{0};
+        const int32_t width = vire::kDeviceNameWidth;
+        out.count = std::min<int32_t>(out.count, static_cast<int32_t>(out.buffer.size()) / width);
+        for (int32_t i = 0; i < out.count; ++i) {
+            const auto field = vire::String2Bytes("N" + std::to_string(i), width);
+            std::copy(field.begin(), field.end(), out.buffer.begin() + i * width);
+        }
+        return vire::Status{0};
+    };
+    return devices;
 }
 
 class FormFixture {

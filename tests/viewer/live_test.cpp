@@ -6,7 +6,6 @@
 #include <QRadioButton>
 #include <cmath>
 
-#include "fake_devices.h"
 #include "form_fixture.h"
 #include "scratch_config.h"
 #include "ui/plot/plex_plot.h"
@@ -15,14 +14,13 @@
 
 namespace {
 
-using viewer_test::FakeDevices;
 using viewer_test::FormFixture;
 using viewer_test::ScratchConfig;
 
 // A window showing the first channel of `rows` on fake devices.
 struct LiveWindow {
     explicit LiveWindow(const std::vector<std::string>& rows)
-        : config(rows), devices(std::make_shared<FakeDevices>()),
+        : config(rows), devices(viewer_test::FakeDevices()),
           f("", config.Dir(), "OPERATOR", devices) {
         f.Load();
         form().SpectrumCombo_Click();
@@ -42,7 +40,7 @@ struct LiveWindow {
     void Tick() { f.Advance(1000); }
 
     ScratchConfig config;
-    std::shared_ptr<FakeDevices> devices;
+    std::shared_ptr<test_support::FakeLiveTransport> devices;
     FormFixture f;
 };
 
@@ -60,8 +58,8 @@ TEST(LiveSpectrum, ReversedPartsArriveLastFirstAndLabelsCarryTheTag) {
     for (const auto& c : cases) {
         const std::string size = std::to_string(c.size);
         LiveWindow w({"T,HEAD/D,P,2,Head,10,0,mm,,H,,1,A", "T,REV/D,P," + size + ",Part,10,0,mm,yes reverse,R,,0,"});
-        w.devices->values["/T/HEAD/D P"] = {9, 8};
-        w.devices->values["/T/REV/D P"] = c.delivered;
+        w.devices->readings["/T/HEAD/D P"].values = {9, 8};
+        w.devices->readings["/T/REV/D P"].values = c.delivered;
         w.Tick();
         EXPECT_EQ(w.Live(0, 2), (std::vector<float>{9, 8})) << "the head part is not reversed";
         EXPECT_EQ(w.Live(2, c.size), c.shown) << size;
@@ -73,16 +71,16 @@ TEST(LiveSpectrum, ReversedPartsArriveLastFirstAndLabelsCarryTheTag) {
 
 TEST(LiveSpectrum, PeakHoldKeepsOnlyStrictlyLargerHeldValues) {
     LiveWindow w({"T,S/D,P,3,Orbit,10,0,mm,,,,1,A"});
-    w.devices->values["/T/S/D P"] = {5, 0.0f, 5};
+    w.devices->readings["/T/S/D P"].values = {5, 0.0f, 5};
     w.Tick();
     w.Tick();
     w.form().LivePeakHold->setChecked(true);
     // Smaller, equal (-0 equals +0 and must be taken), larger.
-    w.devices->values["/T/S/D P"] = {4, -0.0f, 6};
+    w.devices->readings["/T/S/D P"].values = {4, -0.0f, 6};
     w.Tick();
     EXPECT_EQ(w.Live(0, 3), (std::vector<float>{5, 0, 6}));
     EXPECT_TRUE(std::signbit(w.f.State().LiveValues[1])) << "an equal value replaces the held one";
-    w.devices->values["/T/S/D P"] = {-1, -1, -1};
+    w.devices->readings["/T/S/D P"].values = {-1, -1, -1};
     w.Tick();
     EXPECT_EQ(w.Live(0, 3), (std::vector<float>{5, 0, 6}));
     w.form().LivePeakHold->setChecked(false);
@@ -117,14 +115,14 @@ TEST(LiveSpectrum, TheGateDropsSuppressedArchiveAndFailedEvents) {
     const std::pair<const char*, std::function<void(LiveWindow&)>> gates[] = {
         {"suppressed", [](LiveWindow& w) { w.f.State().SuppressSpectrumUpdates = true; }},
         {"archive display", [](LiveWindow& w) { w.form().OptArchiveData->setChecked(true); }},
-        {"failed round", [](LiveWindow& w) { w.devices->failing["/T/S"] = 45; }},
+        {"failed round", [](LiveWindow& w) { w.devices->readings["/T/S/D P"].status = 45; }},
     };
     for (const auto& [name, close] : gates) {
         LiveWindow w({"T,S/D,P,3,Orbit,10,0,mm,,,,1,A"});
-        w.devices->values["/T/S/D P"] = {1, 2, 3};
+        w.devices->readings["/T/S/D P"].values = {1, 2, 3};
         w.Tick();
         close(w);
-        w.devices->values["/T/S/D P"] = {7, 8, 9};
+        w.devices->readings["/T/S/D P"].values = {7, 8, 9};
         const int32_t updated = w.f.State().LastLiveUpdate;
         w.Tick();
         EXPECT_EQ(w.Live(0, 3), (std::vector<float>{1, 2, 3})) << name;

@@ -9,7 +9,6 @@
 #include <QLineEdit>
 #include <QMenu>
 
-#include "fake_devices.h"
 #include "form_fixture.h"
 #include "scratch_config.h"
 #include "ui/plot/plex_plot.h"
@@ -109,7 +108,7 @@ TEST(Selection, AFifthPropertyIsMappedButHasNoBoxAndASixthIsABoundsFault) {
             rows.push_back("T,S/D,P" + std::to_string(i) + ",2,Orbit" + std::to_string(i) + ",10,0,mm,,,,7,Q" +
                            std::to_string(i));
         viewer_test::ScratchConfig config(rows);
-        FormFixture f("", config.Dir(), "OPERATOR", std::make_shared<viewer_test::FakeDevices>());
+        FormFixture f("", config.Dir(), "OPERATOR", viewer_test::FakeDevices());
         viewer::SpectrumForm& form = f.Load();
         form.SwitchExtras(0);
         if (heads == 5) {
