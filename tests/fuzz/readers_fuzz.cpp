@@ -13,7 +13,7 @@
 #include "vire/queries.h"
 #include "vire/threshold_link.h"
 #include "vire/transport.h"
-#include "fake_transport.h"
+#include "fake_live_transport.h"
 #include "test_support.h"
 
 namespace {
@@ -55,8 +55,8 @@ int32_t Int32At(const std::string& bytes, size_t offset) {
 // first eight bytes (any value, negative and huge ones included), the rest
 // copied into as much of the caller's buffer as it fills.
 void DecodeReplies(catalogue::Catalogue& cat, catalogue::QuietWindow& window, const std::string& reply) {
-    auto server = std::make_shared<vire_test::FakeTransport>();
-    server->answer = [&reply](vire::DataObject& out) {
+    auto server = std::make_shared<test_support::FakeLiveTransport>();
+    server->call = [&reply](auto&&, auto&&, vire::DataObject& out, auto&&...) {
         const size_t n = reply.size() > 8 ? std::min(out.buffer.size(), reply.size() - 8) : 0;
         for (size_t i = 0; i < n; ++i) out.buffer[i] = static_cast<std::byte>(reply[8 + i]);
         out.count = Int32At(reply, 4);

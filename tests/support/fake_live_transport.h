@@ -1,5 +1,5 @@
-// A live transport for the widget and window tests: readings and calls the
-// test decides, every subscription recorded.
+// A transport whose live readings and call answers the test decides; every
+// call and subscription is recorded.
 #pragma once
 
 #include <functional>
@@ -14,7 +14,8 @@ namespace test_support {
 
 // Live readings per "device property" that the test sets (an unset one
 // answers nothing, or 1, 2, ... up to the count asked with countUpWhenUnset),
-// synchronous calls answered by `call` (link error without one).
+// synchronous calls answered by `call` (link error without one) and recorded
+// in `calls` as "DEVICE PROPERTY OUT-COUNT OUT-FORMAT ACCESS TIMEOUT INPUT-BYTES".
 class FakeLiveTransport : public vire::PollingTransport {
 public:
     struct Reading {
@@ -24,6 +25,7 @@ public:
     };
     std::map<std::string, Reading> readings;
     std::vector<vire::SubscriptionRequest> subscribed;
+    std::vector<std::string> calls;
     std::function<vire::Status(const std::string&, const std::string&, vire::DataObject&,
                                const vire::DataObject&, int16_t, int32_t)>
         call;
@@ -32,6 +34,9 @@ public:
 
     vire::Status Call(const std::string& device, const std::string& property, vire::DataObject& out,
                       const vire::DataObject& in, int16_t access, int32_t timeoutMs) override {
+        calls.push_back(device + " " + property + " " + std::to_string(out.count) + " " + std::to_string(out.format) +
+                        " " + std::to_string(access) + " " + std::to_string(timeoutMs) + " " +
+                        std::to_string(in.buffer.size()));
         return call ? call(device, property, out, in, access, timeoutMs) : vire::Status{2};
     }
     vire::SubscriptionId Subscribe(const vire::SubscriptionRequest& request,
@@ -56,5 +61,19 @@ protected:
         return data;
     }
 };
+
+// Fields of `width` characters written into out.buffer as the server wrote
+// them: a field shorter than the width ends in `pad` (NUL or blanks).
+inline vire::Status AnswerFields(vire::DataObject& out, const std::vector<std::string>& fields, size_t width,
+                                 char pad = '\0') {
+    size_t n = 0;
+    for (; n < fields.size() && (n + 1) * width <= out.buffer.size(); ++n) {
+        std::string field = fields[n];
+        field.resize(width, pad);
+        for (size_t i = 0; i < width; ++i) out.buffer[n * width + i] = static_cast<std::byte>(field[i]);
+    }
+    out.count = static_cast<int32_t>(n);
+    return 0;
+}
 
 }  // namespace test_support

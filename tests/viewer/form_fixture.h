@@ -5,7 +5,6 @@
 #pragma once
 
 #include <QApplication>
-#include <algorithm>
 #include <memory>
 #include <string>
 
@@ -20,7 +19,6 @@
 #include "vire/transport.h"
 #include "vire/formats.h"
 #include "vire/queries.h"
-#include "vire/utils.h"
 
 namespace viewer_test {
 
@@ -43,14 +41,10 @@ inline std::shared_ptr<test_support::FakeLiveTransport> FakeDevices() {
     devices->countUpWhenUnset = true;
     devices->call = [](const std::string&, const std::string&, vire::DataObject& out, const vire::DataObject&,
                        int16_t, int32_t) {
-        if (out.format != vire::kFormatName16) return vire::Status{0};
-        const int32_t width = vire::kDeviceNameWidth;
-        out.count = std::min<int32_t>(out.count, static_cast<int32_t>(out.buffer.size()) / width);
-        for (int32_t i = 0; i < out.count; ++i) {
-            const auto field = vire::String2Bytes("N" + std::to_string(i), width);
-            std::copy(field.begin(), field.end(), out.buffer.begin() + i * width);
-        }
-        return vire::Status{0};
+        std::vector<std::string> names;
+        for (int32_t i = 0; out.format == vire::kFormatName16 && i < out.count; ++i)
+            names.push_back("N" + std::to_string(i));
+        return test_support::AnswerFields(out, names, vire::kDeviceNameWidth);
     };
     return devices;
 }

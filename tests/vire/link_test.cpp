@@ -6,7 +6,7 @@
 #include <cstring>
 #include <stdexcept>
 
-#include "fake_transport.h"
+#include "fake_live_transport.h"
 #include "vire/completion_codes.h"
 #include "vire/link.h"
 
@@ -20,14 +20,14 @@ TEST(LinkCall, PassesEveryArgumentAndNeverThrows) {
     EXPECT_EQ(vire::LinkCall("/A/B/C", "P", out, in, 1, 1000), vire::kNoTransport);
     EXPECT_EQ(out.count, 0);
 
-    auto fake = std::make_shared<vire_test::FakeTransport>();
+    auto fake = std::make_shared<test_support::FakeLiveTransport>();
     vire::SetTransport(fake);
-    fake->answer = [](vire::DataObject& o) { return o.count = 3, vire::Status{36}; };
+    fake->call = [](auto&&, auto&&, vire::DataObject& o, auto&&...) { return o.count = 3, vire::Status{36}; };
     out.count = 4;
     EXPECT_EQ(vire::LinkCall("/ORKA/SRV/DEV", "PROP", out, in, 3, 800), 36);
     EXPECT_EQ(fake->calls, std::vector<std::string>{"/ORKA/SRV/DEV PROP 4 517 3 800 4"});
     EXPECT_EQ(out.count, 3);
-    fake->answer = [](vire::DataObject&) -> vire::Status { throw std::runtime_error("broken"); };
+    fake->call = [](auto&&...) -> vire::Status { throw std::runtime_error("broken"); };
     EXPECT_EQ(vire::LinkCall("/ORKA/SRV/DEV", "PROP", out, in, 1, 800), vire::kServerError);
     EXPECT_EQ(out.count, 0);
     vire::SetTransport(nullptr);

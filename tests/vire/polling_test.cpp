@@ -2,7 +2,7 @@
 // interval stamped with the clock, nothing after a link or its transport is gone.
 #include <gtest/gtest.h>
 
-#include "fake_transport.h"
+#include "fake_live_transport.h"
 #include "vire/clock.h"
 #include "vire/scheduler.h"
 
@@ -41,12 +41,8 @@ TEST_F(PollingTest, TimersFireInDueOrderAtTheirOwnTimesAndPostedTasksRunBetween)
 }
 
 TEST_F(PollingTest, ALinkDeliversEachIntervalUntilUnsubscribedByItselfOrOthersOrUntilTheTransportIsGone) {
-    auto transport = std::make_unique<vire_test::FakeTransport>();
-    transport->poll = [](const vire::SubscriptionRequest& r) {
-        vire::LinkData d;
-        d.status = r.property == "BAD" ? 45 : 0;
-        return d;
-    };
+    auto transport = std::make_unique<test_support::FakeLiveTransport>();
+    transport->readings["/A/B/C BAD"].status = 45;
     std::vector<std::string> seen;
     const auto good = transport->Subscribe({"/A/B/C", "GOOD", 517, 8, 1000}, [&](const vire::LinkData& d) {
         seen.push_back("good " + std::to_string(d.status) + " @" + std::to_string(d.stampMs - 1'000'000));
@@ -72,7 +68,7 @@ TEST_F(PollingTest, ALinkDeliversEachIntervalUntilUnsubscribedByItselfOrOthersOr
     scheduler.AdvanceBy(1000);
     EXPECT_EQ(seen.size(), 2u) << "nothing ticks after the transport is gone";
     vire::SetScheduler(nullptr);
-    vire_test::FakeTransport unscheduled;
+    test_support::FakeLiveTransport unscheduled;
     EXPECT_EQ(unscheduled.Subscribe({"/A/B/C", "P", 517, 1, 100}, [](const vire::LinkData&) {}), -1);
     EXPECT_EQ(unscheduled.ActiveSubscriptions(), 0u);
 }

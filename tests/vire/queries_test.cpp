@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "fake_transport.h"
+#include "fake_live_transport.h"
 #include "vire/completion_codes.h"
 #include "vire/formats.h"
 #include "vire/queries.h"
@@ -8,14 +8,14 @@
 
 namespace {
 
-using vire_test::AnswerFields;
+using test_support::AnswerFields;
 using Names = std::vector<std::string>;
 
 class QueryTest : public ::testing::Test {
 protected:
     void SetUp() override { vire::SetTransport(fake); }
     void TearDown() override { vire::SetTransport(nullptr); }
-    std::shared_ptr<vire_test::FakeTransport> fake = std::make_shared<vire_test::FakeTransport>();
+    std::shared_ptr<test_support::FakeLiveTransport> fake = std::make_shared<test_support::FakeLiveTransport>();
 };
 
 TEST_F(QueryTest, DeviceNamesAskForTheCountGivenRefuseCountsNoSpectrumHasAndKeepTheCountOnFailure) {
@@ -30,7 +30,7 @@ TEST_F(QueryTest, DeviceNamesAskForTheCountGivenRefuseCountsNoSpectrumHasAndKeep
     };
     for (const Case c : cases) {
         fake->calls.clear();
-        fake->answer = [&](vire::DataObject& out) {
+        fake->call = [&](auto&&, auto&&, vire::DataObject& out, auto&&...) {
             AnswerFields(out, {"A"}, 16);
             return out.count = c.claimed, c.answered;
         };
@@ -59,7 +59,9 @@ TEST_F(QueryTest, DeviceNamesTrimJoinContinuationsAndNumberServersWithoutNames) 
         {{"#0"}, '\0', 3, {"#0", "#1", "#2"}}, {{" #0 ", "whatever"}, ' ', 2, {"#0", "#1"}}, {{}, '\0', 4, {}},
     };
     for (const Case& c : cases) {
-        fake->answer = [&](vire::DataObject& out) { return AnswerFields(out, c.fields, 16, c.pad); };
+        fake->call = [&](auto&&, auto&&, vire::DataObject& out, auto&&...) {
+            return AnswerFields(out, c.fields, 16, c.pad);
+        };
         int32_t count = c.count;
         Names names{"stale"};
         EXPECT_EQ(vire::GetDeviceNames("/S/SRV", "P", count, names), 0);
@@ -70,7 +72,7 @@ TEST_F(QueryTest, DeviceNamesTrimJoinContinuationsAndNumberServersWithoutNames) 
 
 // Property lists are tested against the simulated servers (tests/sim).
 TEST_F(QueryTest, FloatsAreReadAsSinglesNeverBeyondTheValuesAndKeptOnFailure) {
-    fake->answer = [](vire::DataObject& out) {
+    fake->call = [](auto&&, auto&&, vire::DataObject& out, auto&&...) {
         vire::StoreFloat(out.buffer, 4, 1.5f);
         return out.count = 5, vire::Status{0};  // more than asked: only what fits is taken
     };
@@ -78,7 +80,7 @@ TEST_F(QueryTest, FloatsAreReadAsSinglesNeverBeyondTheValuesAndKeptOnFailure) {
     EXPECT_EQ(vire::ReadFloats("/A/B/C", "THR", values, 800), 0);
     EXPECT_EQ(values, (std::vector<float>{0.0f, 1.5f, 0.0f}));
     EXPECT_EQ(fake->calls[0], "/A/B/C THR 3 517 1 800 0");
-    fake->answer = [](vire::DataObject&) { return vire::kLinkError; };
+    fake->call = [](auto&&...) { return vire::kLinkError; };
     EXPECT_EQ(vire::ReadFloats("/A/B/C", "THR", values, 800), vire::kLinkError);
     EXPECT_EQ(values[1], 1.5f);
 }
