@@ -9,19 +9,12 @@
 #include "control/history_files.h"
 #include "control/program_location.h"
 #include "control/viewer_window.h"
-#include "ui/controls/dialogs.h"
 #include "viewer/form_state.h"
 #include "viewer/spectrum_form.h"
 #include "vire/formats.h"
 #include "vire/queries.h"
 
 namespace control {
-
-namespace {
-constexpr char kConfigMissingText[] =
-    "Configuration files are missing!! Please start the Tallyview (a.k.a. the Tally Analyzer) to get the files!";
-constexpr char kConfigMissingTitle[] = "Configuration Files Missing!";
-}  // namespace
 
 Lumiscope::Lumiscope(QWidget* parent) : QWidget(parent) {
     setObjectName("Lumiscope");
@@ -88,8 +81,7 @@ void Lumiscope::DoSomething() {
         window.activateWindow();
         return;
     }
-    ui::MsgBox(kConfigMissingText, ui::MsgBoxButtons::OK, ui::MsgBoxIcon::Exclamation, kConfigMissingTitle);
-    library.ConfigOk = false;
+    viewer::ReportMissingConfiguration();
 }
 
 void Lumiscope::OpenViewer() { DoSomething(); }

@@ -37,6 +37,10 @@ struct LibraryValues {
     bool ConfigOk = true;
 };
 LibraryValues& Library();
+// The control and the window alike, when the fixed configuration directory is
+// missing or empty: the operator is told where the files come from, and
+// ConfigOk is cleared.
+void ReportMissingConfiguration();
 
 struct FormState {
     catalogue::Catalogue cat;

@@ -29,9 +29,6 @@ namespace viewer {
 namespace {
 
 constexpr const char* kFixedProgramDirectory = "L:\\bin.orka\\spectrum";
-constexpr const char* kMissingConfigText =
-    "Configuration files are missing!! Please start the Tallyview (a.k.a. the Tally Analyzer) to get the files!";
-constexpr const char* kMissingConfigTitle = "Configuration Files Missing!";
 constexpr int16_t kCombinedMachine = 4;
 
 std::string Upper(std::string text) {
@@ -57,6 +54,13 @@ std::string HistoryFileMachineName(const catalogue::Catalogue& cat) {
 }
 
 std::string SpectrumForm::ReadUserName() const { return Upper(vire::UserName()); }
+
+void ReportMissingConfiguration() {
+    ui::MsgBox("Configuration files are missing!! Please start the Tallyview (a.k.a. the Tally Analyzer) to get the "
+               "files!",
+               ui::MsgBoxButtons::OK, ui::MsgBoxIcon::Exclamation, "Configuration Files Missing!");
+    Library().ConfigOk = false;
+}
 
 void SpectrumForm::Form_Load() {
     catalogue::Catalogue& cat = s_.cat;
@@ -88,9 +92,8 @@ void SpectrumForm::Form_Load() {
     if (Library().OpenedByControl) {
         Library().ConfigPath = FixedConfigPath();
         if (catalogue::FileSearch(Library().ConfigPath).empty()) {
-            ui::MsgBox(kMissingConfigText, ui::MsgBoxButtons::OK, ui::MsgBoxIcon::Exclamation, kMissingConfigTitle);
+            ReportMissingConfiguration();
             hide();
-            Library().ConfigOk = false;
             return;
         }
     } else {
