@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 
+#include "catalogue/numbers.h"
 #include "net/channels.h"
 #include "net/network_transport.h"
 #include "net/registration.h"
@@ -73,6 +74,17 @@ int RunServer(LinkHandler& handler, const ServerSettings& settings, const std::f
     service.Stop();
     server->Shutdown(std::chrono::system_clock::now() + std::chrono::milliseconds(500));
     return 0;
+}
+
+std::string ReadServerOptions(const ProgramOptions& options, ServerSettings& settings) {
+    int64_t leaseMs = 3000;
+    if (!catalogue::ParseInteger(options.Get("--lease-ms", "3000"), 300, 600000, leaseMs))
+        return "--lease-ms must be 300..600000";
+    settings.listen = options.Get("--listen", "127.0.0.1:0");
+    settings.namesAddress = options.Get("--names", EnvironmentOr("LUMISCOPE_NAMES", ""));
+    settings.advertise = options.Get("--advertise");
+    settings.leaseMs = static_cast<int32_t>(leaseMs);
+    return "";
 }
 
 }  // namespace net

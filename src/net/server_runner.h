@@ -6,6 +6,7 @@
 #include <string>
 
 #include "net/link_service.h"
+#include "net/program_options.h"
 
 namespace net {
 
@@ -15,6 +16,13 @@ struct ServerSettings {
     std::string advertise;               // address to register; the listening one when empty
     int32_t leaseMs = 3000;
 };
+
+// The options every server program takes besides its own.
+inline const std::vector<std::string> kServerOptions = {"--listen", "--names", "--advertise", "--lease-ms"};
+
+// Those options as settings: --names falls back on LUMISCOPE_NAMES, --lease-ms
+// must be 300..600000. Returns what is wrong, empty when they are usable.
+std::string ReadServerOptions(const ProgramOptions& options, ServerSettings& settings);
 
 // Blocks SIGTERM and SIGINT in the calling thread and every thread started
 // after it, so that RunServer can wait for them. Call first thing in main.

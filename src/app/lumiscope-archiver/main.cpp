@@ -12,7 +12,6 @@
 #include "app/tool_support/help_request.h"
 #include <iostream>
 
-#include "catalogue/numbers.h"
 #include "net/archive_server.h"
 #include "net/network_transport.h"
 #include "net/program_options.h"
@@ -35,14 +34,14 @@ int Usage(const std::string& problem) {
 int main(int argc, char** argv) {
     if (tool_support::AnswerHelp(argc, argv, kUsage)) return 0;
     net::BlockStopSignals();
-    const auto options = net::ParseProgramOptions(
-        argc, argv, {"--config", "--db", "--listen", "--names", "--advertise", "--lease-ms", "--record"});
+    std::vector<std::string> known = net::kServerOptions;
+    known.insert(known.end(), {"--config", "--db", "--record"});
+    const auto options = net::ParseProgramOptions(argc, argv, known);
     if (!options.problem.empty()) return Usage(options.problem);
     const std::string config = options.Get("--config");
     if (config.empty()) return Usage("--config DIR is needed");
-    int64_t leaseMs = 3000;
-    if (!catalogue::ParseInteger(options.Get("--lease-ms", "3000"), 300, 600000, leaseMs))
-        return Usage("--lease-ms must be 300..600000");
+    net::ServerSettings settings;
+    if (const std::string problem = net::ReadServerOptions(options, settings); !problem.empty()) return Usage(problem);
     const std::string record = options.Get("--record", "yes");
     if (record != "yes" && record != "no") return Usage("--record must be yes or no");
 
@@ -57,12 +56,6 @@ int main(int argc, char** argv) {
     auto accelerator = std::make_shared<sim::SimulatedAccelerator>(config);
     for (const auto& p : accelerator->model().problems) std::cerr << "lumiscope-archiver: " << p << "\n";
     net::ArchiveServer server(accelerator, store);
-
-    net::ServerSettings settings;
-    settings.listen = options.Get("--listen", "127.0.0.1:0");
-    settings.namesAddress = options.Get("--names", net::EnvironmentOr("LUMISCOPE_NAMES", ""));
-    settings.advertise = options.Get("--advertise");
-    settings.leaseMs = static_cast<int32_t>(leaseMs);
 
     auto devices = std::make_shared<net::NetworkTransport>(
         net::NetworkSettings{settings.namesAddress, net::EnvironmentOr("LUMISCOPE_NAMES_FILE", ""), ""});

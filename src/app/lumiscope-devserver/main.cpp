@@ -43,16 +43,16 @@ int Usage(const std::string& problem) {
 int main(int argc, char** argv) {
     if (tool_support::AnswerHelp(argc, argv, kUsage)) return 0;
     net::BlockStopSignals();
-    const auto options = net::ParseProgramOptions(
-        argc, argv, {"--config", "--shard", "--listen", "--names", "--advertise", "--write-hosts", "--lease-ms"});
+    std::vector<std::string> known = net::kServerOptions;
+    known.insert(known.end(), {"--config", "--shard", "--write-hosts"});
+    const auto options = net::ParseProgramOptions(argc, argv, known);
     if (!options.problem.empty()) return Usage(options.problem);
     const std::string config = options.Get("--config");
     if (config.empty()) return Usage("--config DIR is needed");
     int index = 0, count = 1;
     if (!ParseShard(options.Get("--shard", "0/1"), index, count)) return Usage("--shard must be I/N with 0 <= I < N");
-    int64_t leaseMs = 3000;
-    if (!catalogue::ParseInteger(options.Get("--lease-ms", "3000"), 300, 600000, leaseMs))
-        return Usage("--lease-ms must be 300..600000");
+    net::ServerSettings settings;
+    if (const std::string problem = net::ReadServerOptions(options, settings); !problem.empty()) return Usage(problem);
     net::HostAllowList hosts;
     std::string problem;
     if (!hosts.Parse(options.Get("--write-hosts", net::EnvironmentOr("LUMISCOPE_WRITE_HOSTS", net::kDefaultWriteHosts)),
@@ -65,10 +65,5 @@ int main(int argc, char** argv) {
     net::DeviceServer server(accelerator, index, count, hosts);
     if (server.Names().empty()) std::cerr << "lumiscope-devserver: shard " << index << "/" << count << " serves nothing\n";
 
-    net::ServerSettings settings;
-    settings.listen = options.Get("--listen", "127.0.0.1:0");
-    settings.namesAddress = options.Get("--names", net::EnvironmentOr("LUMISCOPE_NAMES", ""));
-    settings.advertise = options.Get("--advertise");
-    settings.leaseMs = static_cast<int32_t>(leaseMs);
     return net::RunServer(server, settings);
 }
