@@ -44,10 +44,12 @@ void SpectrumForm::PLEXPlotSpectrum_DataReceive(int32_t /*link*/, int16_t error)
     }
     // 3: labels and point count, only when the trace is rebuilt.
     const bool rebuild = cat.SpectrumTrace < 0;
+    std::vector<int32_t> partStarts;  // where each part's points begin, for its labels
     if (rebuild) {
         int32_t total = 0;
         for (int16_t r = first; r < first + count; ++r) {
             const catalogue::SpectrumRecord& record = cat.SpectrumList[r];
+            partStarts.push_back(total);
             const int32_t points = catalogue::SpectrumRecord::UpperBound(record.Values) + 1;
             for (int32_t k = 0; k < points; ++k) {
                 const std::string& name =
@@ -85,11 +87,6 @@ void SpectrumForm::PLEXPlotSpectrum_DataReceive(int32_t /*link*/, int16_t error)
         const std::span<const std::string> labels(&s_.LiveLabels[0], kMaxLivePoints + 1);
         cat.SpectrumTrace = plot->CreateTrace(s_.LivePointCount, values, labels);
         // Every part's first element keeps its label, however many points.
-        std::vector<int32_t> partStarts;
-        for (int32_t r = first, start = 0; r < first + count; ++r) {
-            partStarts.push_back(start);
-            start += catalogue::SpectrumRecord::UpperBound(cat.SpectrumList[r].Values) + 1;
-        }
         plot->SetLabelAnchors(cat.SpectrumTrace, std::move(partStarts));
         s_.SpectrumModeText = -1;
         const catalogue::SpectrumRecord& head = cat.SpectrumList[first];
