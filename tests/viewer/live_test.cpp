@@ -149,10 +149,6 @@ TEST(LiveSpectrum, CaptionsAppearFromTheSecondEventWithTheModesInOrder) {
     EXPECT_EQ(w.f.State().SpectrumModeText, -1);
 }
 
-}  // namespace
-
-namespace {
-
 TEST(LiveSpectrum, ADeadPartIsNamedWhileTheOtherPartsKeepUpdating) {
     FormFixture f;
     viewer::SpectrumForm& form = f.Load();

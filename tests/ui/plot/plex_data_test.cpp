@@ -26,7 +26,6 @@ TEST(PlexData, ReadsWithTheSettingsInForceAndKeepsTheLastOutcome) {
         {"read", "READ", 0, where + "1 in 3", 0, "success", 1'795'373'940},
         {"write", "WRITE", 0, where + "3 in 3", 0, "success", 1'795'373'940},
         {"time-out", "READ", vire::kTimeout, where + "1 in 3", vire::kTimeout, "time-out: no answer from the server", 0},
-        {"a code without text", "READ", 99, where + "1 in 3", 99, "Error undefined", 0},
         {"POLL is no mode for a call", "POLL", 0, "", vire::kIllegalAccess, "access mode not supported by the property", 0},
         {"lower case is not READ", "read", 0, "", vire::kIllegalAccess, "access mode not supported by the property", 0},
     };
