@@ -1,5 +1,7 @@
 #include "options.h"
 
+#include <algorithm>
+
 #include "catalogue/catalogue.h"
 #include "catalogue/numbers.h"
 
@@ -23,7 +25,8 @@ std::optional<ViewerOptions> ParseViewerOptions(const std::vector<std::string>& 
     for (size_t i = 0; i < arguments.size(); ++i) {
         const std::string& argument = arguments[i];
         const bool takesValue = argument == "--app-path" || argument == "--size" || argument == "--snapshot" ||
-                                argument == "--after" || argument == "--channel";
+                                argument == "--after" || argument == "--channel" ||
+                                argument == "--select";
         if (takesValue && i + 1 >= arguments.size()) {
             error = argument + " needs a value";
             return std::nullopt;
@@ -54,6 +57,19 @@ std::optional<ViewerOptions> ParseViewerOptions(const std::vector<std::string>& 
                 return std::nullopt;
             }
             options.afterSeconds = seconds;
+        } else if (argument == "--select") {
+            // Element names never hold a comma; empty names are left out.
+            const std::string& list = arguments[++i];
+            size_t from = 0;
+            while (from <= list.size()) {
+                const size_t comma = std::min(list.find(',', from), list.size());
+                if (comma > from) options.select.push_back(list.substr(from, comma - from));
+                from = comma + 1;
+            }
+            if (options.select.empty()) {
+                error = "--select wants element names, for example BPM.S01.C1,BPM.S01.C2";
+                return std::nullopt;
+            }
         } else if (argument == "--quit-when-populated") {
             options.quitWhenPopulated = true;
         } else if (argument == "--quit-when-live") {

@@ -26,6 +26,9 @@ inline constexpr char kViewerUsage[] =
     "  --snapshot FILE.png  save a picture of the window after --after seconds of\n"
     "                       live data, then exit (0 when saved)\n"
     "  --after SECONDS      live time before the snapshot (default 3; 0 = at once)\n"
+    "  --select NAME[,NAME...]  follow these elements of the chosen channel from the\n"
+    "                       start, as if picked in the element chooser (names as the\n"
+    "                       spectrum labels them; at most 9)\n"
     "  --quit-when-populated  exit as soon as the window is shown with its start-up\n"
     "                       done (machines, subsystems and channels read)\n"
     "  --quit-when-live     exit as soon as the window shows a live spectrum\n"
@@ -47,6 +50,7 @@ struct ViewerOptions {
     int channel = -1;           // chooser entry to choose after start-up; -1 none
     std::string snapshot;
     double afterSeconds = 3.0;
+    std::vector<std::string> select;  // elements to follow from the start
     bool quitWhenPopulated = false;
     bool quitWhenLive = false;
 };
