@@ -9,19 +9,17 @@
 
 #include "catalogue/catalogue.h"
 #include "catalogue/fixed_array.h"
-#include "viewer/item_record.h"
+#include "viewer/item_list.h"
+#include "viewer/trend_window.h"
 
 namespace viewer {
 
-inline constexpr int kMaxItemSlot = 10;        // SelectedItems 0..10
 inline constexpr int kMaxLivePoints = 8000;    // the combined spectrum's limit
 inline constexpr int kMaxZoom = 20;            // zoom stack 0..20
 inline constexpr int kTrendPlots = 4;          // zoom columns 0..3
 inline constexpr int kPropBoxes = 4;           // ChkProps(0..3)
 inline constexpr int kPropMaps = 5;            // PropChannel / PropHeadChannel 0..4
 
-using ItemTable = catalogue::FixedArray<SelectedItem, 0, kMaxItemSlot>;
-using ColourTable = catalogue::FixedArray<uint32_t, 0, kMaxItemSlot>;
 using LiveValueTable = catalogue::FixedArray<float, 0, kMaxLivePoints>;
 using LiveLabelTable = catalogue::FixedArray<std::string, 0, kMaxLivePoints>;
 using ZoomTable = catalogue::FixedArray<double, 0, kMaxZoom>;
@@ -76,14 +74,22 @@ struct FormState {
     int32_t PollIntervalMs = 1000;   // the live links' polling interval
 
     // --- selected items ---
-    ItemTable SelectedItems;
-    ItemTable SelectedItems2;
-    int16_t SelectedItemCount = 0;
-    int16_t ExtraItemCount = 0;
-    int16_t CurrentItem = -1;
+    ItemList Items{9};               // SelectedItems on PLEXPlotSelected / GridSelected
+    ItemList Extras{9};              // the extra channels on PLEXPlotExtra / GridExtra
+    ItemList Overview{10};           // the machine's quantities on PLEXPlotAccelerator
     int16_t CommonScale = 1;         // 1: all curves share one scale
     ColourTable ItemColours{};
     ColourTable OverviewColours{};   // the machine overview's item slots
+    // Per trend plot (selected, extra, overview): events counted against
+    // the update divisor, and displayed updates counted towards the
+    // strip chart's refresh.
+    std::array<int32_t, 3> TrendEvents{};
+    std::array<int32_t, 3> TrendDivisor{1, 1, 1};
+    std::array<int32_t, 3> TrendUpdates{};
+    int32_t CursorTime = 0;          // the last cursor position
+    int32_t MarkerIndex = 0;         // set by a click on a trend plot
+    int32_t MarkerTime = 0;          // where that click was
+    std::string LoadStatus;          // what the history load is doing, for the status line
 
     // --- live spectrum ---
     LiveValueTable LiveValues{};
@@ -102,6 +108,10 @@ struct FormState {
     int32_t HistoryStart = 0;
     int32_t HistoryStop = 0;
     int32_t HistorySpan = 3600;
+    // Whether the trend window ends at the present and slides with it, or
+    // shows a fixed stretch of the past chosen with the time scale or the
+    // calendar.
+    TrendWindow Window;
     int16_t ZoomCount = 0;
     ZoomTable ZoomFrom{};
     ZoomTable ZoomTo{};

@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-namespace viewer {
+#include "history/time_series.h"
 
-inline constexpr int kItemHistoryPoints = 2001;  // value and time histories 0..2000
+namespace viewer {
 
 struct SelectedItem {
     std::string context;
@@ -24,10 +24,13 @@ struct SelectedItem {
     std::string location;
     int16_t ExtraPropComboIndex = -1;
     std::string tag;
+    std::string device;        // the plotted channel's device (context/server/device address)
     int32_t markNumber = -1;   // mark on PLEXPlotSpectrum
     int32_t traceNumber = -1;  // trace on the item's trend plot
-    std::vector<float> valueHistory;
-    std::vector<int32_t> timeHistory;
+    // The item's recorded past and live values, each with its source and
+    // with the gaps where nothing was recorded; the trend trace, the grid
+    // and the cursor read it.
+    history::TimeSeries series;
     int16_t elementIndex1 = 0;
     int16_t elementIndex2 = 0;
     int16_t elementNumber = 0;
@@ -35,8 +38,12 @@ struct SelectedItem {
     int16_t plottedChannel = 0;
     std::string channelName;
     bool hasThresholds = false;
-    bool hasData = false;
-    int16_t pointCount = 0;
+    bool hasData = false;        // the history was read (HistValid)
+    int16_t pointCount = 0;      // points the history read delivered
+    bool fromArchive = false;    // the source rule chose the archiver
+    int32_t probeChosen = -1;    // probe result of the chosen source
+    int32_t probeLocal = -1;     // -1: not configured or not read
+    int32_t probeArchive = -1;
     int16_t propertyLink = 0;
     std::string PropShort;
     double liveUpper = 0.0;
@@ -56,6 +63,11 @@ struct SelectedItem {
     bool unusedSlot2 = true;
     float currentValue = 0.0f;  // last live value
     int32_t linkHandle = -1;    // live link on the item's trend plot
+    // The live link reads the plotted channel's whole spectrum; the item's
+    // value is its element there (counted from the end when the channel
+    // arrives reversed).
+    int32_t linkElement = 0;
+    int32_t linkSize = 1;
 };
 
 }  // namespace viewer

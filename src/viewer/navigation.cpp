@@ -46,7 +46,7 @@ void SpectrumForm::SelectAMachine(int16_t& machine, int16_t& subMachine, int16_t
         MSubsystem->setTitle("Select Machine");
         s_.ExtrasRequested = true;
         MenuOperationsMenu->menuAction()->setVisible(true);
-        s_.CurrentItem = -1;
+        s_.Items.SetCurrent(-1);
         RemoveAllItems();
     } else {
         cat.CurrentMachine = machine;
@@ -132,7 +132,9 @@ void SpectrumForm::SelectADevice(int32_t& row) {
         ChannelElement target = MapRowToChannel(s_.cat, remembered, row16);
         int16_t element = row16;
         SelectAChannel(element, target.channel, target.element, target.channel);
-        ClickAGrid(row);
+        // The grid row of the item just chosen (or of the current one, when
+        // the list was full) is the one clicked.
+        ClickAGrid(s_.Items.Current() + 1);
         if (histShowThreshold->isChecked() && s_.cat.SpectrumList[remembered].HighThresholds.size() > 1)
             DrawThresholds(PLEXPlotSelected);
     } catch (const std::exception&) {

@@ -10,21 +10,6 @@
 
 namespace viewer {
 
-// Selected items: adding an element as an item (trend trace, mark on the
-// spectrum, grid row, history) comes with the item list.
-void SpectrumForm::SelectAChannel(int16_t&, int16_t&, int16_t&, int16_t&) {}
-// Removing every item of both lists (traces, marks, grid rows).
-void SpectrumForm::RemoveAllItems() {}
-// Removing the current item and closing the gap.
-void SpectrumForm::RemoveSelectedItem() {}
-// Making the clicked grid row's item current.
-void SpectrumForm::ClickAGrid(int32_t) {}
-// Trend plots' data events: values appended to the item traces and written
-// into the grids come with the history display.
-void SpectrumForm::Plot_DataReceive(int16_t, int32_t, int16_t) {}
-// Cursor read-out of the trend plots.
-void SpectrumForm::PlotCursor_Click(int16_t, double, double) {}
-void SpectrumForm::PlotCursor_Move(int16_t, double, double) {}
 // Zoom stack of the trend plots.
 void SpectrumForm::ZoomRoutine(int16_t, double, double, double, double) {}
 
@@ -42,10 +27,6 @@ void SpectrumForm::EnterHistoryMode() {}
 void SpectrumForm::SwitchScaleMenu(int16_t) {}
 void SpectrumForm::AutoScaling(int16_t, int16_t) {}
 void SpectrumForm::ScalingAction(int16_t) {}
-// History addresses of the spectrum for the archive spectra.
-void SpectrumForm::setSpectrumHistoryParameters() {}
-// Time-step handler of the history time navigation.
-void SpectrumForm::UpDownTime_Change(bool) {}
 // Thresholds drawn on a plot, and the percent-of-threshold display.
 void SpectrumForm::DrawThresholds(ui::PlexPlot*) {}
 void SpectrumForm::ConvertToPercent() {}
@@ -53,15 +34,5 @@ void SpectrumForm::ConvertToPercent() {}
 void SpectrumForm::ReloadArchiveData() {}
 // The extra information panel's toggle.
 void SpectrumForm::MExtraInfo_Click() {}
-
-// The machine overview: for now its grid lists the machine's history
-// quantities; their live values and history come with the history display.
-void SpectrumForm::InitAcceleratorHistory() {
-    for (int16_t i = 0; i < s_.cat.HistoryCount && i + 1 < GridAccelerator->Rows(); ++i) {
-        const catalogue::SpectrumRecord& quantity = s_.cat.HistoryList[i];
-        GridAccelerator->SetTextMatrix(i + 1, 0, quantity.Label.empty() ? quantity.Description : quantity.Label);
-    }
-    s_.AcceleratorOverview = true;
-}
 
 }  // namespace viewer

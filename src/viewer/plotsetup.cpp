@@ -62,8 +62,8 @@ void SpectrumForm::InitGraphics() {
         SetItemGridHeader(GridSelected, s_.MaxItems + 1);
         SetItemGridHeader(GridExtra, s_.MaxItems + 1);
         // 5, 6
-        s_.CurrentItem = -1;
-        for (int16_t i = 0; i < s_.MaxItems; ++i) s_.OverviewColours[i] = s_.ItemColours[i];
+        s_.Items.SetCurrent(-1);
+        for (int16_t i = 0; i <= kMaxItemSlot; ++i) s_.OverviewColours[i] = s_.ItemColours[i];
         // 8
         GridAccelerator->SetCols(3);
         GridAccelerator->SetRows(s_.cat.HistoryCount + 1);
@@ -91,6 +91,15 @@ void SpectrumForm::InitGraphics() {
 }
 
 void SpectrumForm::DrawMarkers() {
+    // Each item's mark on the spectrum, in the colour of its slot.
+    PLEXPlotSpectrum->RemoveAllMarks();
+    const ui::Colour markColour = PLEXPlotSpectrum->MarkColour();
+    for (int16_t i = 0; i < s_.Items.Count(); ++i) {
+        SelectedItem& item = s_.Items[i];
+        PLEXPlotSpectrum->SetMarkColour(s_.ItemColours[i]);
+        item.markNumber = PLEXPlotSpectrum->AddMark(item.elementIndex1);
+    }
+    PLEXPlotSpectrum->SetMarkColour(markColour);
     // Time markers of the trend plots: the reference time and the zoom-range
     // markers, each a mark with its caption.
     ui::PlexPlot* trends[] = {PLEXPlotSelected, PLEXPlotExtra, PLEXPlotAccelerator};

@@ -47,6 +47,8 @@ void SpectrumForm::SpectrumCombo_Click() {
         // 1
         FlagGuard busy(s_.Busy);
         FlagGuard initialising(s_.Initialising);
+        // Spectra arriving while the links are rebuilt belong to no channel.
+        FlagGuard suppress(s_.SuppressSpectrumUpdates);
         // 2: a reference belongs to the spectrum it was taken of.
         if (refDisplay->isChecked()) {
             PLEXPlotSpectrum->SetRelativeDisplay(false, cat.SpectrumTrace);
@@ -87,7 +89,7 @@ void SpectrumForm::SpectrumCombo_Click() {
         s_.PrevChannel = cat.CurrentSpectrum;
     }
     // 12
-    if (OptArchiveData->isChecked() && s_.SelectedItems[0].hasData) ReloadArchiveData();
+    if (OptArchiveData->isChecked() && s_.Items[0].hasData) ReloadArchiveData();
 }
 
 int16_t SpectrumForm::OpenSpectrumParts(int16_t head, const std::function<void(int16_t)>& opened) {
@@ -132,10 +134,8 @@ void SpectrumForm::StartSpectrumLinks(int16_t first, bool fillChooser) {
 void SpectrumForm::ReselectItems() {
     catalogue::Catalogue& cat = s_.cat;
     const auto readd = [this, &cat] {
-        std::vector<SelectedItem> old;
-        for (int16_t i = 0; i < s_.SelectedItemCount; ++i) old.push_back(s_.SelectedItems[i]);
+        const std::vector<SelectedItem> old = s_.Items.Items();
         RemoveAllItems();
-        s_.SelectedItemCount = 0;
         for (const SelectedItem& item : old) {
             int16_t element = item.elementIndex1;
             int16_t number = item.elementNumber;
@@ -146,8 +146,8 @@ void SpectrumForm::ReselectItems() {
     if (s_.ExtrasMode == 1) {
         if (cat.SpectrumList[cat.CurrentSpectrum].ExtraPropComboIndex == s_.CompanionMarker) return;
         bool allOfPrevious = true;
-        for (int16_t i = 0; i < s_.SelectedItemCount && allOfPrevious; ++i)
-            allOfPrevious = s_.SelectedItems[i].plottedChannel == s_.PrevChannel;
+        for (int16_t i = 0; i < s_.Items.Count() && allOfPrevious; ++i)
+            allOfPrevious = s_.Items[i].plottedChannel == s_.PrevChannel;
         if (allOfPrevious) readd();
         SwitchExtras(s_.ExtrasMode);
     } else if (!MenuOperations[1]->isVisible()) {
@@ -206,7 +206,7 @@ void SpectrumForm::initSpectrumInfo(int16_t channel) {
     record.LinkHandle = plot->Attach(record.Values);
     record.Started = true;
     // 6
-    if (s_.SelectedItemCount == 0) setSpectrumHistoryParameters();
+    if (s_.Items.Count() == 0) setSpectrumHistoryParameters();
 }
 
 std::string SpectrumForm::TraceCaptionPrefix() const {
@@ -245,8 +245,8 @@ void SpectrumForm::InitPropSelections(bool fromItem) {
     };
     if (fromItem) {
         // 2
-        if (s_.CurrentItem < 0) return;
-        const SelectedItem& item = s_.SelectedItems[s_.CurrentItem];
+        if (s_.Items.Current() < 0) return;
+        const SelectedItem& item = s_.Items[s_.Items.Current()];
         LabelExtDevice[0]->setVisible(true);
         LabelExtDevice[0]->setText(QString::fromStdString(item.elementName));
         LabelExtDevice[1]->setVisible(item.hasLocation);
@@ -257,8 +257,8 @@ void SpectrumForm::InitPropSelections(bool fromItem) {
             if (entry.Append || entry.PropLink != item.propertyLink) continue;
             const int16_t box = offer(i, i);
             if (box >= kPropBoxes) continue;
-            for (int16_t j = 0; j < s_.SelectedItemCount; ++j) {
-                const SelectedItem& other = s_.SelectedItems[j];
+            for (int16_t j = 0; j < s_.Items.Count(); ++j) {
+                const SelectedItem& other = s_.Items[j];
                 if (other.elementName == item.elementName && other.propertyLink == item.propertyLink &&
                     other.PropShort == entry.PropShort) {
                     FlagGuard initialising(s_.Initialising);
@@ -288,8 +288,8 @@ void SpectrumForm::ChkProps_Click(int16_t index) {
     if (ChkProps.at(static_cast<std::size_t>(index))->isChecked()) {
         const int16_t head = s_.PropHeadChannel[index];
         if (cat.SpectrumList[head].ElementCount == 0) OpenSpectrumParts(head, nullptr);
-        if (s_.CurrentItem < 0) return;
-        const SelectedItem& current = s_.SelectedItems[s_.CurrentItem];
+        if (s_.Items.Current() < 0) return;
+        const SelectedItem& current = s_.Items[s_.Items.Current()];
         int16_t element = current.elementIndex1;
         int16_t number = current.elementNumber;
         int16_t channel = s_.PropChannel[index];
@@ -297,16 +297,12 @@ void SpectrumForm::ChkProps_Click(int16_t index) {
         return;
     }
     const std::string caption = ChkProps[index]->text().toStdString();
-    const auto findItem = [this](const std::string& text, int16_t channel) -> int16_t {
-        for (int16_t i = 0; i < s_.SelectedItemCount; ++i)
-            if (s_.SelectedItems[i].PropShort == text && s_.SelectedItems[i].plottedChannel == channel) return i;
-        return -1;
-    };
+    const auto findItem = [this](const std::string& text, int16_t channel) { return s_.Items.Find(text, channel); };
     const int16_t found = findItem(caption, s_.PropChannel[index]);
     if (found < 0) return;
-    s_.CurrentItem = found;
+    s_.Items.SetCurrent(found);
     RemoveSelectedItem();
-    s_.CurrentItem = -1;
+    s_.Items.SetCurrent(-1);
     for (int16_t k = 0; k < kPropBoxes; ++k)
         if (ChkProps[k]->isChecked()) findItem(ChkProps[k]->text().toStdString(), s_.PropChannel[k]);
 }
@@ -350,10 +346,10 @@ void SpectrumForm::ComSelect_Click(int16_t index) {
                 item.rescaled = true;
             };
             if (s_.CommonScale != 0) {
-                for (int16_t i = 0; i < s_.SelectedItemCount; ++i) restore(s_.SelectedItems[i]);
-                for (int16_t i = 0; i < s_.ExtraItemCount; ++i) restore(s_.SelectedItems2[i]);
+                for (int16_t i = 0; i < s_.Items.Count(); ++i) restore(s_.Items[i]);
+                for (int16_t i = 0; i < s_.Extras.Count(); ++i) restore(s_.Extras[i]);
             } else {
-                SelectedItem& item = s_.SelectedItems[s_.CurrentItem];
+                SelectedItem& item = s_.Items[s_.Items.Current()];
                 item.zoomFlag = 0;
                 restore(item);
             }

@@ -10,11 +10,15 @@
 #include <QPointer>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QSpinBox>
+#include <QAction>
+#include <QDate>
 #include <exception>
 #include <vector>
 
 #include "catalogue/runtime_error.h"
 #include "ui/controls/dialogs.h"
+#include "ui/controls/month_calendar.h"
 #include "ui/controls/value_grid.h"
 #include "ui/plot/plex_plot.h"
 
@@ -141,8 +145,9 @@ void SpectrumForm::ConnectEvents() {
             if (row >= 0) SelectADevice(row);
         });
     });
-    connect(PLEXPlotSpectrum, &ui::PlexPlot::CursorMove, this,
-            [this](double x, double) { PLEXPlotSpectrum->setToolTip(QString::fromStdString(DeviceUnderCursor(x))); });
+    connect(PLEXPlotSpectrum, &ui::PlexPlot::CursorMove, this, [this](double x, double) {
+        Guarded("PLEXPlotSpectrum_MouseMove", [&] { PLEXPlotSpectrum_MouseMove(x); });
+    });
     connect(PLEXPlotSpectrum, &ui::PlexPlot::OptionsRequest, this, [this](QPoint at) { liveOpts->popup(at); });
 
     ui::PlexPlot* trends[] = {PLEXPlotSelected, PLEXPlotExtra, PLEXPlotAccelerator};
@@ -153,7 +158,6 @@ void SpectrumForm::ConnectEvents() {
             Guarded("Plot_DataReceive", [&] { Plot_DataReceive(which, link, error); });
         });
         connect(plot, &ui::PlexPlot::OptionsRequest, this, [menu = trendMenus[which]](QPoint at) { menu->popup(at); });
-        if (which == 2) continue;  // the machine overview has no cursor or zoom of its own
         connect(plot, &ui::PlexPlot::CursorClick, this, [this, which](double x, double y) {
             Guarded("PlotCursor_Click", [&] { PlotCursor_Click(which, x, y); });
         });
@@ -171,6 +175,19 @@ void SpectrumForm::ConnectEvents() {
     connect(GridSelected, &ui::ValueGrid::MouseDown, this, [this](int button, int, int, int) {
         if (button == ui::ValueGrid::kRightButton) GeneralOpts->popup(QCursor::pos());
     });
+    connect(selectedItemDelete, &QAction::triggered, this,
+            [this] { Guarded("selectedItemDelete_Click", [&] { selectedItemDelete_Click(); }); });
+    connect(allItemsDelete, &QAction::triggered, this,
+            [this] { Guarded("allItemsDelete_Click", [&] { allItemsDelete_Click(); }); });
+    for (int16_t k = 0; k < 2; ++k)
+        connect(OptTime[k], &QRadioButton::clicked, this,
+                [this, k] { Guarded("OptTime_Click", [&] { OptTime_Click(k); }); });
+    connect(UpDownTime, qOverload<int>(&QSpinBox::valueChanged), this, [this](int) {
+        if (s_.Initialising) return;
+        Guarded("UpDownTime_Change", [&] { UpDownTime_Change(true); });
+    });
+    connect(MonthView1, &ui::MonthCalendar::DateClick, this,
+            [this](const QDate& day) { Guarded("MonthClicker", [&] { MonthClicker(day); }); });
 }
 
 }  // namespace viewer

@@ -10,6 +10,11 @@
 //   channel_open.cpp element names, locations and thresholds of a channel
 //   live.cpp         data-received events of the four plots
 //   plotsetup.cpp    colours and grids (InitGraphics), markers
+//   items.cpp        the selected items: adding, removing, grids, clicks
+//   trends.cpp       item histories, live links and the trend plots' events
+//   cursor.cpp       the trend cursor's read-out, the spectrum's mouse read-out
+//   time_navigation.cpp  the time scale and the calendar move the trend window
+//   overview.cpp     the machine overview's quantities
 //   printing.cpp     snapshot to the logbook
 //   pending.cpp      procedures whose behaviour later features bring
 // The shared data is FormState; widgets are reached through the form only.
@@ -20,12 +25,14 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "catalogue/catalogue_window.h"
 #include "viewer/form_state.h"
 
 class QAction;
 class QCheckBox;
+class QDate;
 class QComboBox;
 class QFrame;
 class QGridLayout;
@@ -164,6 +171,14 @@ public:
     // The data-received events of the plots.
     void PLEXPlotSpectrum_DataReceive(int32_t link, int16_t error);
     void Plot_DataReceive(int16_t which, int32_t link, int16_t error);
+    void PLEXPlotSpectrum_MouseMove(double x);
+    void selectedItemDelete_Click();
+    void allItemsDelete_Click();
+    void OptTime_Click(int16_t index);
+    void MonthClicker(const QDate& day);
+    // The trend plots' cursor (which: 0 selected items, 1 extra, 2 overview).
+    void PlotCursor_Click(int16_t which, double x, double y);
+    void PlotCursor_Move(int16_t which, double x, double y);
 
     // --- procedures ---
     void InitPropSelections(bool fromItem);
@@ -175,26 +190,38 @@ public:
     // thresholds. The middleware's completion code (0 = opened).
     int16_t OpenChannel(int16_t channel);
 
-    // Procedures whose behaviour later features bring (pending.cpp).
+    // --- the selected items (items.cpp) ---
     void SelectAChannel(int16_t& element, int16_t& sourceChannel, int16_t& elementNumber,
                         int16_t& plottedChannel);
     void RemoveAllItems();
     void RemoveSelectedItem();
     void ClickAGrid(int32_t row);
-    void SwitchExtras(int16_t mode);
-    void EnterHistoryMode();
-    void SwitchScaleMenu(int16_t mode);
+    // column 1 = "Cursor", else the third column; grid 0 selected items,
+    // 1 extra channels, 2 machine overview; reload recounts the points.
+    void FillAGrid(int16_t column, int16_t grid, int32_t time, bool reload);
+    // Follows the named elements of the chosen channel as if each was
+    // picked in the chooser; returns the names the channel does not have.
+    std::vector<std::string> SelectElementsByName(const std::vector<std::string>& names);
+
+    // --- trends and time (trends.cpp, time_navigation.cpp, overview.cpp) ---
+    // Reads the history of the list's items first..last for the trend
+    // window; false when the operator aborted.
+    bool LoadHistories(int16_t grid, int16_t first, int16_t last);
+    void PlotTheHistoryData();
     void setSpectrumHistoryParameters();
     void InitAcceleratorHistory();
     void UpDownTime_Change(bool fromScale);
+
+    // Procedures whose behaviour later features bring (pending.cpp).
+    void SwitchExtras(int16_t mode);
+    void EnterHistoryMode();
+    void SwitchScaleMenu(int16_t mode);
     void DrawThresholds(ui::PlexPlot* plot);
     void ConvertToPercent();
     void AutoScaling(int16_t plotCode, int16_t mode);
     void ReloadArchiveData();
     void ScalingAction(int16_t index);
     void PrepareExtraPlot();
-    void PlotCursor_Click(int16_t which, double x, double y);
-    void PlotCursor_Move(int16_t which, double x, double y);
     void ZoomRoutine(int16_t which, double newStart, double newEnd, double newYMin, double newYMax);
 
     // The program's text for the device under the mouse on the spectrum.
@@ -228,6 +255,20 @@ private:
     // "PROBLEMS!   " and ends the group. Returns how many were opened.
     int16_t OpenSpectrumParts(int16_t head, const std::function<void(int16_t)>& opened);
     void StartSpectrumLinks(int16_t first, bool fillChooser);
+    // The list, grid and trend plot of grid number 0, 1 or 2.
+    ItemList& ListOf(int16_t grid);
+    ui::ValueGrid* GridOf(int16_t grid) const;
+    ui::PlexPlot* TrendPlotOf(int16_t which) const;
+    uint32_t ColourOf(int16_t grid, int16_t slot) const;
+    void ResetItemGrid(int16_t grid);
+    void ShowItemStatus(const SelectedItem& item);
+    void AttachItemLink(int16_t grid, SelectedItem& item);
+    void MoveWindowToPresent();
+    void DrawTrends(int16_t grid);
+    void AutoScaleOwnRanges(int16_t grid);
+    int16_t CursorMode() const;
+    int32_t CalendarAnchor() const;
+    void ReloadTrendHistories();
 
     FormState s_;
     std::string commandLine_;

@@ -67,6 +67,8 @@ void SpectrumForm::Form_Load() {
     // 1, 2: user mode. Operators see the element chooser; without a user
     // name the window shows the extra information instead.
     s_.MaxItems = 9;
+    s_.Items.SetMaxItems(s_.MaxItems);
+    s_.Extras.SetMaxItems(s_.MaxItems);
     Library().ConfigOk = true;
     if (!ReadUserName().empty()) {
         MExtraInfo->setChecked(false);
@@ -140,8 +142,8 @@ void SpectrumForm::Form_Load() {
     }
     // 17, 18, 19
     for (int16_t i = 0; i < s_.MaxItems; ++i) {
-        s_.SelectedItems[i].unusedSlot = s_.SelectedItems[i].unusedSlot2 = true;
-        s_.SelectedItems2[i].unusedSlot = s_.SelectedItems2[i].unusedSlot2 = true;
+        s_.Items[i].unusedSlot = s_.Items[i].unusedSlot2 = true;
+        s_.Extras[i].unusedSlot = s_.Extras[i].unusedSlot2 = true;
     }
     s_.HistorySelections = 0;
     UpDownTime_Change(!OptTime[0]->isChecked());
@@ -158,10 +160,11 @@ void SpectrumForm::Form_Load() {
     SwitchScaleMenu(2);
     InitGraphics();
     const QDate today = QDateTime::fromMSecsSinceEpoch(vire::NowMilliseconds()).date();
-    MonthView1->SetMinDate(today);
+    // Any day the archive holds, up to today.
+    MonthView1->SetMinDate(today.addDays(-kArchiveDays));
     MonthView1->SetMaxDate(today);
     MonthView1->SetValue(today);
-    s_.CurrentItem = -1;
+    s_.Items.SetCurrent(-1);
     s_.ZoomMarkers = {-1, -1, -1, -1};
     // 26, 27
     s_.Initialising = false;

@@ -45,7 +45,9 @@ public:
         if (first > last) return ShapeKind::Polyline;
         if (static_cast<double>(last - first + 1) <= 2.0 * static_cast<double>(right - left + 1)) {
             Exact(first, last);
-            return ShapeKind::Polyline;
+            if (breaks_.empty()) return ShapeKind::Polyline;
+            SplitAtBreaks();
+            return ShapeKind::LinePairs;
         }
         Binned(first, last);
         return ShapeKind::LinePairs;
@@ -60,13 +62,34 @@ private:
     double Px(double x) const { return ClampPixel((x - m_.xLower) * m_.xScale + m_.xLeft); }
     double Py(double y) const { return ClampPixel((y - m_.yLower) * m_.yScale + m_.yBottom); }
 
+    // A NaN value is a gap in the data: the line stops before it and starts
+    // again after it, it is never drawn across.
     void Exact(size_t first, size_t last) {
         for (size_t i = first; i <= last; ++i) {
             const float v = Value(i);
             const double x = X(i);
-            if (std::isnan(v) || std::isnan(x)) continue;
+            if (std::isnan(v) || std::isnan(x)) {
+                if (!out_.empty() && (breaks_.empty() || breaks_.back() != out_.size())) breaks_.push_back(out_.size());
+                continue;
+            }
             const QPointF p(Px(x), Py(v));
-            if (out_.empty() || out_.back() != p) out_.push_back(p);
+            if (out_.empty() || out_.back() != p || (!breaks_.empty() && breaks_.back() == out_.size()))
+                out_.push_back(p);
+        }
+    }
+
+    // The polyline cut at the breaks, as pairs of line ends; a run of one
+    // point is a zero-length line, which the square cap draws as a dot.
+    void SplitAtBreaks() {
+        std::vector<QPointF> polyline;
+        polyline.swap(out_);
+        size_t next = 0;
+        for (size_t k = 0; k < polyline.size(); ++k) {
+            const bool runStart = k == 0 || (next < breaks_.size() && breaks_[next] == k);
+            if (runStart && k > 0) ++next;
+            const bool runEnd = k + 1 == polyline.size() || (next < breaks_.size() && breaks_[next] == k + 1);
+            if (runStart && runEnd) Line(polyline[k], polyline[k]);
+            if (!runEnd) Line(polyline[k], polyline[k + 1]);
         }
     }
 
@@ -96,14 +119,18 @@ private:
             const double column = ColumnOf(Px(X(i)));
             const size_t end = ColumnEnd(i, last, column);
             float firstV, lastV, lo, hi;
-            if (Extremes(i, end, firstV, lastV, lo, hi)) {
+            if (!Extremes(i, end, firstV, lastV, lo, hi)) {
+                joined = false;  // a column of gap only
+            } else {
                 const QPointF entry(column, Py(firstV));
-                if (joined) Line(exit, entry);
+                // A gap before the column's first value or after its last
+                // one breaks the join on that side.
+                if (joined && !std::isnan(Value(i))) Line(exit, entry);
                 // lo > hi in pixels (y grows downwards); a single value is a
                 // zero-length line, which the square cap draws as one pixel.
                 Line(QPointF(column, Py(lo)), QPointF(column, Py(hi)));
                 exit = QPointF(column, Py(lastV));
-                joined = true;
+                joined = !std::isnan(Value(end - 1));
             }
             i = end;
         }
@@ -145,6 +172,7 @@ private:
     const TracePoints& t_;
     const PixelMapping& m_;
     std::vector<QPointF>& out_;
+    std::vector<size_t> breaks_;  // indices of out_ where a new run starts
 };
 
 }  // namespace

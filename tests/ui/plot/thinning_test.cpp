@@ -78,14 +78,16 @@ TEST(Thinning, ADenseTraceInksWhatEveryPointWould) {
         m.xScale = (kWidth - 1) / static_cast<double>(count - 1);
         m.yScale = -(kHeight - 1) / 100.0;
         m.yBottom = kHeight - 1;
+        // Every point joined to the next one, unless a gap lies between them.
         std::vector<QPointF> shape, full;
-        for (size_t i = 0; i < count; ++i)
-            if (!std::isnan(v[i])) full.emplace_back(i * m.xScale, v[i] * m.yScale + m.yBottom);
+        const auto at = [&](size_t i) { return QPointF(i * m.xScale, v[i] * m.yScale + m.yBottom); };
+        for (size_t i = 0; i + 1 < count; ++i)
+            if (!std::isnan(v[i]) && !std::isnan(v[i + 1])) full.insert(full.end(), {at(i), at(i + 1)});
         TracePoints t;
         t.values = v;
         ASSERT_EQ(BuildShape(t, m, 0, kWidth - 1, shape), ShapeKind::LinePairs) << count;
         EXPECT_LE(shape.size(), 4u * kWidth) << count;
-        const Extents thin = Ink(shape, ShapeKind::LinePairs), all = Ink(full, ShapeKind::Polyline);
+        const Extents thin = Ink(shape, ShapeKind::LinePairs), all = Ink(full, ShapeKind::LinePairs);
         int differing = 0, thinColumns = 0, allColumns = 0;
         for (int x = 0; x < kWidth; ++x) {
             differing += !Within(thin, all, x) || !Within(all, thin, x);
@@ -113,7 +115,7 @@ TEST(Thinning, ShapesKeepPositionsRangeAndOrderAndSurviveBadValues) {
         {"time axis: sub-second positions at 1.7e9", {1, 2}, {}, {1.7e9 + 0.25, 1.7e9 + 0.5}, true, 1.7e9,
          {{0.25, 99}, {0.5, 98}}},
         {"against a reference, beyond it as they are", {10, 20, 30}, {4, 4}, {}, true, 0, {{0, 94}, {1, 84}, {2, 70}}},
-        {"NaN left out", {10, nan, 30}, {}, {}, true, 0, {{0, 90}, {2, 70}}},
+        {"leading NaN left out", {nan, 10, 30}, {}, {}, true, 0, {{1, 90}, {2, 70}}},
         {"all NaN: nothing", {nan, nan}, {}, {}, true, 0, {}},
         {"far off scale: held within 1e7 pixels", {1e30f, -inf}, {}, {}, true, 0, {{0, -1e7}, {1, 1e7}}},
         {"x out of order: every point as given", {1, 2, 3}, {}, {2, 0, 1}, false, 0, {{2, 99}, {0, 98}, {1, 97}}},
@@ -140,6 +142,30 @@ TEST(Thinning, ShapesKeepPositionsRangeAndOrderAndSurviveBadValues) {
         std::vector<QPointF> shape{{5, 5}};  // emptied first
         EXPECT_EQ(BuildShape(t, m, 0, 100, shape), ShapeKind::Polyline) << c.name;
         EXPECT_EQ(shape, c.expected) << c.name;
+    }
+}
+
+TEST(Thinning, AGapInTheDataBreaksTheLine) {
+    const float nan = std::numeric_limits<float>::quiet_NaN();
+    const struct {
+        const char* name;
+        std::vector<float> values;
+        std::vector<QPointF> pairs;
+    } cases[] = {
+        {"a gap between two runs", {10, 20, nan, 40, 50}, {{0, 90}, {1, 80}, {3, 60}, {4, 50}}},
+        {"lone points stay as dots", {10, nan, 30}, {{0, 90}, {0, 90}, {2, 70}, {2, 70}}},
+        {"a trailing gap ends the line", {10, 20, nan}, {{0, 90}, {1, 80}}},
+        {"two gaps in a row are one break", {10, nan, nan, 40, 50}, {{0, 90}, {0, 90}, {3, 60}, {4, 50}}},
+    };
+    for (const auto& c : cases) {
+        PixelMapping m;
+        m.yScale = -1;
+        m.yBottom = 100;
+        TracePoints t;
+        t.values = c.values;
+        std::vector<QPointF> shape;
+        EXPECT_EQ(BuildShape(t, m, 0, 100, shape), ShapeKind::LinePairs) << c.name;
+        EXPECT_EQ(shape, c.pairs) << c.name;
     }
 }
 
