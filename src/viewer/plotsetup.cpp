@@ -35,7 +35,8 @@ void SetItemGridHeader(ui::ValueGrid* grid, int rows) {
     grid->SetCols(3);
     grid->SetRows(rows);
     const char* headings[] = {"Item", "Cursor", "Now"};
-    const int32_t widths[] = {1000, 1100, 1100};
+    // Wide enough for an element name with its tag ("BPM.S01.C1/Q1").
+    const int32_t widths[] = {1600, 1000, 1000};
     for (int c = 0; c < 3; ++c) {
         grid->SetTextMatrix(0, c, headings[c]);
         grid->SetColWidth(c, widths[c]);

@@ -90,6 +90,13 @@ bool SpectrumForm::LoadHistories(int16_t grid, int16_t first, int16_t last) {
     bool complete = true;
     for (int16_t slot = first; slot <= last && slot < items.Count(); ++slot) {
         SelectedItem& item = items[slot];
+        // After an Abort the remaining items read no history, but they are
+        // followed live all the same: an item without its past is still an
+        // item, and a trend that never moves would say nothing at all.
+        if (!complete) {
+            if (item.linkHandle < 0) AttachItemLink(grid, item);
+            continue;
+        }
         history::ItemHistory request = HistoryRequest(item);
         const int position = slot - first + 1;
         const auto progress = [&](const history::LoadStep& step) {
@@ -101,7 +108,7 @@ bool SpectrumForm::LoadHistories(int16_t grid, int16_t first, int16_t last) {
             ui::YieldToEventLoop();
         };
         const int16_t historySlot = grid == 2 ? 2 : grid;
-        const bool attach = history::LoadItemHistory(request, historySlot, window, questions, progress);
+        history::LoadItemHistory(request, historySlot, window, questions, progress);
         item.probeLocal = request.ProbeLocal;
         item.probeArchive = request.ProbeArchive;
         item.probeChosen = request.ProbeChosen;
@@ -113,12 +120,10 @@ bool SpectrumForm::LoadHistories(int16_t grid, int16_t first, int16_t last) {
             item.series.SetRecorded(request.HistValues, request.HistTimes,
                                     archived ? history::ValueSource::Archive : history::ValueSource::LocalHistory);
         }
-        // The machine overview follows its quantities live as well.
-        if (attach || (grid == 2 && item.linkHandle < 0)) AttachItemLink(grid, item);
-        if (request.Aborted) {
-            complete = false;
-            break;
-        }
+        // Every item is followed live, also when its history could not be
+        // read: the trend then starts at the first live value.
+        if (item.linkHandle < 0) AttachItemLink(grid, item);
+        if (request.Aborted) complete = false;
     }
     s_.LoadStatus.clear();
     ShowLinkStatus();

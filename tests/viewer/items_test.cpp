@@ -178,6 +178,7 @@ TEST(Items, AHistoryServerThatIsDownAsksAndTheArchiveStandsIn) {
         EXPECT_EQ(w.f.dialogs.Texts()[0].rfind("Error Reading History Data: ", 0), 0u) << w.f.dialogs.Texts()[0];
         EXPECT_EQ(w.items()[0].hasData, c.hasData);
         EXPECT_EQ(w.items()[0].fromArchive, c.fromArchive);
+        EXPECT_GE(w.items()[0].linkHandle, 0) << "followed live with or without its past";
         if (c.hasData) {
             EXPECT_EQ(w.items()[0].series.Points().front().source, history::ValueSource::Archive);
         }
