@@ -60,6 +60,24 @@ TEST_F(SimTest, ValuesMoveWithTimeAndRepeatForTheSameSeedAndMoment) {
     }
 }
 
+TEST_F(SimTest, QuantitiesOfOneDeviceDifferWhereTheyMeasureDifferentThings) {
+    const int32_t now = static_cast<int32_t>(sim_test::kNowS);
+    struct Case { const char* device; const char* property; const char* other; const char* otherProperty; int16_t format; };
+    const Case cases[] = {
+        {"/ORKA/BPMQ1/ORBIT", "ORBIT.X", "/ORKA/BPMQ1/ORBIT", "ORBIT.Y", vire::kFormatSingle},
+        {"/VESTA/BPMSRV/ORBIT", "ORBIT.X", "/VESTA/BPMSRV/ORBIT", "ORBIT.Y", vire::kFormatSingle},
+        {"/ORKA/BPMHIST/BPM.S01.C2", "ORBIT.X.Q1.HIST", "/ORKA/BPMHIST/BPM.S01.C2", "ORBIT.Y.Q1.HIST", vire::kFormatFltInt},
+        {"/ORKA/OKHISTORY/BPM.S01.C2", "ORBIT.X.Q1", "/ORKA/OKHISTORY/BPM.S01.C2", "ORBIT.Y.Q1", vire::kFormatFltInt},
+    };
+    for (const Case& c : cases) {
+        const auto one = Read(c.device, c.property, 32, c.format, {now - 3600, now});
+        const auto other = Read(c.other, c.otherProperty, 32, c.format, {now - 3600, now});
+        ASSERT_FALSE(one.values.empty()) << c.device << " " << c.property;
+        EXPECT_EQ(one.times, other.times) << c.device;
+        EXPECT_NE(one.values, other.values) << c.device << " " << c.property << " / " << c.otherProperty;
+    }
+}
+
 TEST_F(SimTest, ActualCurrentsFollowTheirSetValues) {
     const auto set = Read("/ORKA/PSDIP/DIPOLES", "CURRENT.SET", 16);
     const auto act = Read("/ORKA/PSDIP/DIPOLES", "CURRENT.ACT", 16);
