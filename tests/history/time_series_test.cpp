@@ -40,12 +40,12 @@ TEST(TimeSeries, GapsLongerThanTheLimitBreakTheLineAndSourcesStayWithTheirValues
     struct Index { int32_t time, index; };
     for (const Index& i : {Index{-5, 0}, Index{0, 0}, Index{61, 2}, Index{7000, 7}, Index{7001, 8}})
         EXPECT_EQ(series.IndexAt(i.time), i.index) << i.time;
-    // A new record replaces the old one; live values after its end stay.
-    const std::vector<int32_t> archived{0, 900, 1800, 2700, 3600};
+    // A new record replaces the old one and the live values it covers; those after its end stay.
+    const std::vector<int32_t> archived{0, 900, 1800, 2700, 3781};
     series.SetRecorded(std::vector<float>(5, 1.0f), archived, history::ValueSource::Archive);
-    EXPECT_EQ(Shown(series.Points()), "0 900 1800 2700 3600 3781 3782 7000");
-    series.DropBefore(3600);
-    EXPECT_EQ(Shown(series.Points()), "3600 3781 3782 7000");
+    EXPECT_EQ(Shown(series.Points()), "0 900 1800 2700 3781 3782 7000");
+    series.DropBefore(2700);
+    EXPECT_EQ(Shown(series.Points()), "2700 3781 3782 7000");
 }
 
 }  // namespace
