@@ -62,19 +62,14 @@ TEST_F(SimTest, ValuesMoveWithTimeAndRepeatForTheSameSeedAndMoment) {
 
 TEST_F(SimTest, QuantitiesOfOneDeviceDifferWhereTheyMeasureDifferentThings) {
     const int32_t now = static_cast<int32_t>(sim_test::kNowS);
-    struct Case { const char* device; const char* property; const char* other; const char* otherProperty; int16_t format; };
-    const Case cases[] = {
-        {"/ORKA/BPMQ1/ORBIT", "ORBIT.X", "/ORKA/BPMQ1/ORBIT", "ORBIT.Y", vire::kFormatSingle},
-        {"/VESTA/BPMSRV/ORBIT", "ORBIT.X", "/VESTA/BPMSRV/ORBIT", "ORBIT.Y", vire::kFormatSingle},
-        {"/ORKA/BPMHIST/BPM.S01.C2", "ORBIT.X.Q1.HIST", "/ORKA/BPMHIST/BPM.S01.C2", "ORBIT.Y.Q1.HIST", vire::kFormatFltInt},
-        {"/ORKA/OKHISTORY/BPM.S01.C2", "ORBIT.X.Q1", "/ORKA/OKHISTORY/BPM.S01.C2", "ORBIT.Y.Q1", vire::kFormatFltInt},
-    };
-    for (const Case& c : cases) {
+    struct Case { const char* device; const char* property; const char* otherProperty; int16_t format; };
+    for (const Case& c : {Case{"/ORKA/BPMQ1/ORBIT", "ORBIT.X", "ORBIT.Y", vire::kFormatSingle},
+                          Case{"/VESTA/BPMSRV/ORBIT", "ORBIT.X", "ORBIT.Y", vire::kFormatSingle},
+                          Case{"/ORKA/BPMHIST/BPM.S01.C2", "ORBIT.X.Q1.HIST", "ORBIT.Y.Q1.HIST", vire::kFormatFltInt},
+                          Case{"/ORKA/OKHISTORY/BPM.S01.C2", "ORBIT.X.Q1", "ORBIT.Y.Q1", vire::kFormatFltInt}}) {
         const auto one = Read(c.device, c.property, 32, c.format, {now - 3600, now});
-        const auto other = Read(c.other, c.otherProperty, 32, c.format, {now - 3600, now});
-        ASSERT_FALSE(one.values.empty()) << c.device << " " << c.property;
-        EXPECT_EQ(one.times, other.times) << c.device;
-        EXPECT_NE(one.values, other.values) << c.device << " " << c.property << " / " << c.otherProperty;
+        const auto other = Read(c.device, c.otherProperty, 32, c.format, {now - 3600, now});
+        EXPECT_TRUE(!one.values.empty() && one.times == other.times && one.values != other.values) << c.device << " " << c.property;
     }
 }
 
