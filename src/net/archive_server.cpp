@@ -4,6 +4,7 @@
 
 #include "net/history_keys.h"
 #include "vire/completion_codes.h"
+#include "vire/fltint.h"
 #include "vire/formats.h"
 #include "vire/link.h"
 #include "vire/wire.h"
@@ -36,16 +37,15 @@ vire::Status ArchiveServer::Answer(const LinkRequest& request, ServerBuffers& bu
 
 void ArchiveServer::AnswerSeries(const HistoryTarget& target, vire::DataObject& out) {
     if (out.count <= 0 || vire::CanonicalFormat(out.format) != vire::kFormatFltInt) return;
-    const auto at = [&](int32_t i) { return static_cast<size_t>(i) * 8; };
-    const int64_t first = vire::LoadInt32(out.buffer, at(0) + 4);
-    const int64_t last = vire::LoadInt32(out.buffer, at(out.count - 1) + 4);
-    const auto stored = store_->Series(target.server, target.property, target.element, first, last);
+    const auto records = vire::DecodeFltInt(out.buffer, out.count);
+    if (records.empty()) return;
+    const auto stored = store_->Series(target.server, target.property, target.element, records.front().time,
+                                       records.back().time);
     std::vector<std::pair<int64_t, float>> missing;
-    for (int32_t i = 0; i < out.count; ++i) {
-        const int64_t t = vire::LoadInt32(out.buffer, at(i) + 4);
-        const auto it = stored.find(t);
-        if (it != stored.end()) vire::StoreFloat(out.buffer, at(i), it->second);
-        else missing.emplace_back(t, vire::LoadFloat(out.buffer, at(i)));
+    for (size_t i = 0; i < records.size(); ++i) {
+        const auto it = stored.find(records[i].time);
+        if (it != stored.end()) vire::EncodeFltInt(out.buffer, i, vire::FltInt{it->second, records[i].time});
+        else missing.emplace_back(records[i].time, records[i].value);
     }
     store_->PutSeries(target.server, target.property, target.element, missing);
 }

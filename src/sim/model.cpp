@@ -25,6 +25,11 @@ uint64_t DeviceKey(uint64_t seed, const std::string& context, const std::string&
     return Mix(seed, HashText(context + "/" + server + "/" + device));
 }
 
+bool SharesDeviceKey(SignalKind kind) {
+    return kind == SignalKind::CurrentSet || kind == SignalKind::CurrentAct || kind == SignalKind::CurrentDiff ||
+           kind == SignalKind::Voltage;
+}
+
 Channel MakeChannel(const catalogue::SpectrumRecord& record, uint64_t seed, int32_t size) {
     Channel c;
     c.context = record.Context;
@@ -44,9 +49,11 @@ Channel MakeChannel(const catalogue::SpectrumRecord& record, uint64_t seed, int3
     c.size = size;
     c.reverse = record.Reverse;
     c.signal.kind = KindOfProperty(c.property);
-    // Elements of one device share their key, so that a power supply's set,
-    // actual and difference values belong together.
+    // A power supply's set, actual, difference and voltage values belong
+    // together, so they share the device's key; every other quantity has its
+    // own, or a monitor's two planes would read the same numbers.
     c.signal.key = DeviceKey(seed, c.context, c.server, c.device);
+    if (!SharesDeviceKey(c.signal.kind)) c.signal.key = Mix(c.signal.key, HashText(c.property));
     c.signal.max = record.Max;
     c.signal.min = record.Min;
     if (c.signal.max <= c.signal.min) c.signal.max = c.signal.min + 1.0f;

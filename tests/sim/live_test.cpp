@@ -60,6 +60,19 @@ TEST_F(SimTest, ValuesMoveWithTimeAndRepeatForTheSameSeedAndMoment) {
     }
 }
 
+TEST_F(SimTest, QuantitiesOfOneDeviceDifferWhereTheyMeasureDifferentThings) {
+    const int32_t now = static_cast<int32_t>(sim_test::kNowS);
+    struct Case { const char* device; const char* property; const char* otherProperty; int16_t format; };
+    for (const Case& c : {Case{"/ORKA/BPMQ1/ORBIT", "ORBIT.X", "ORBIT.Y", vire::kFormatSingle},
+                          Case{"/VESTA/BPMSRV/ORBIT", "ORBIT.X", "ORBIT.Y", vire::kFormatSingle},
+                          Case{"/ORKA/BPMHIST/BPM.S01.C2", "ORBIT.X.Q1.HIST", "ORBIT.Y.Q1.HIST", vire::kFormatFltInt},
+                          Case{"/ORKA/OKHISTORY/BPM.S01.C2", "ORBIT.X.Q1", "ORBIT.Y.Q1", vire::kFormatFltInt}}) {
+        const auto one = Read(c.device, c.property, 32, c.format, {now - 3600, now});
+        const auto other = Read(c.device, c.otherProperty, 32, c.format, {now - 3600, now});
+        EXPECT_TRUE(!one.values.empty() && one.times == other.times && one.values != other.values) << c.device << " " << c.property;
+    }
+}
+
 TEST_F(SimTest, ActualCurrentsFollowTheirSetValues) {
     const auto set = Read("/ORKA/PSDIP/DIPOLES", "CURRENT.SET", 16);
     const auto act = Read("/ORKA/PSDIP/DIPOLES", "CURRENT.ACT", 16);

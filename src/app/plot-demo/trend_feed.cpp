@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "ui/plot/plex_data.h"
+#include "vire/fltint.h"
 #include "vire/formats.h"
 #include "vire/utils.h"
 #include "vire/wire.h"
@@ -35,9 +36,9 @@ void TrendFeed::Prefill(const TrendItem& item, std::vector<double>& times, std::
     vire::DataObject in{2, vire::kFormatLong, "", input, 0};
     vire::DataObject out{kHistoryPoints, vire::kFormatFltInt, "", output, 0};
     if (data.Read(out, in) != 0) return;
-    for (int32_t i = 0; i < out.count; ++i) {
-        values.push_back(vire::LoadFloat(output, 8 * static_cast<size_t>(i)));
-        times.push_back(vire::LoadInt32(output, 8 * static_cast<size_t>(i) + 4));
+    for (const vire::FltInt& record : vire::DecodeFltInt(output, out.count)) {
+        values.push_back(record.value);
+        times.push_back(record.time);
     }
 }
 

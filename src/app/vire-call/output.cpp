@@ -4,6 +4,7 @@
 #include <iostream>
 
 #include "tool_support/json_writer.h"
+#include "vire/fltint.h"
 #include "vire/formats.h"
 #include "vire/link.h"
 #include "vire/utils.h"
@@ -32,6 +33,14 @@ void Add(Answer& answer, const std::string& json, const std::string& plain) {
 
 void DecodeValues(Answer& answer, int16_t format, std::span<const std::byte> buffer, int32_t count) {
     const int16_t code = vire::CanonicalFormat(format);
+    if (code == vire::kFormatFltInt) {
+        for (const vire::FltInt& record : vire::DecodeFltInt(buffer, count)) {
+            const std::string v = ShortestFloat(record.value);
+            const std::string t = std::to_string(record.time);
+            Add(answer, "{\"value\":" + v + ",\"time\":" + t + "}", v + "  " + t + "  " + vire::CTIME(record.time));
+        }
+        return;
+    }
     const size_t width = static_cast<size_t>(vire::FormatSize(format));
     for (int32_t i = 0; i < count; ++i) {
         const size_t at = static_cast<size_t>(i) * width;
@@ -40,11 +49,6 @@ void DecodeValues(Answer& answer, int16_t format, std::span<const std::byte> buf
         if (code == vire::kFormatSingle) {
             const std::string v = ShortestFloat(vire::LoadFloat(element, 0));
             Add(answer, v, v);
-        } else if (code == vire::kFormatFltInt) {
-            const std::string v = ShortestFloat(vire::LoadFloat(element, 0));
-            const int32_t t = vire::LoadInt32(element, 4);
-            Add(answer, "{\"value\":" + v + ",\"time\":" + std::to_string(t) + "}",
-                v + "  " + std::to_string(t) + "  " + vire::CTIME(t));
         } else if (code == vire::kFormatLong) {
             const std::string v = std::to_string(vire::LoadInt32(element, 0));
             Add(answer, v, v);
