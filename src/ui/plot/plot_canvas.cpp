@@ -191,7 +191,8 @@ void PlotCanvas::RenderFrame() {
     if (timeAxis_) {
         // The span as set: the margin right of it does not change what the ticks show.
         const double span = model_.limits.xMax - model_.limits.xMin;
-        timeTicker_->setDateTimeFormat(TimeTickFormat(span, model_.historyDisplay));
+        timeTicker_->setDateTimeFormat(TimeTickFormat(
+            span, model_.historyDisplay, CrossesLocalMidnight(model_.limits.xMin, model_.limits.xMax)));
         timeTicker_->setTickCount(std::max(2, PlotArea().width() / kTimeTickPixels));
     }
     // Element labels are thinned by the plot width, which only a layout at

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "plot_test_support.h"
+#include "scoped_time_zone.h"
 #include "vire/utils.h"
 
 namespace {
@@ -106,21 +107,29 @@ TEST(Axes, TimeTextIsTheMiddlewaresTextOfTheNearestSecond) {
 
 TEST(Axes, TimeTicksAreReadableForTheSpanShown) {
     const std::string time = "[0-9]{2}:[0-9]{2}", seconds = time + ":[0-9]{2}", year = "\n[0-9]{2}\\.[0-9]{2}\\.[0-9]{4}";
+    const std::string day = "\n[0-9]{2}\\.[0-9]{2}\\.";
     struct Case {
         double span;
         bool history;
         std::string pattern;  // of every tick label
+        double end;
     };
+    // Local time in Berlin: the first window ends at 19:59, the second at
+    // 00:30 on the next day, so its ticks either side of midnight carry the day.
+    constexpr double evening = 1'795'373'940, afterMidnight = 1'795'390'200;
     const Case cases[] = {
-        {600, false, seconds},       {3600, false, seconds},    {3601, false, time},       {21600, false, time},      {3 * 86400, false, time + "\n[0-9]{2}\\.[0-9]{2}\\."},
-        {600, true, seconds + year}, {86400, true, time + year},
+        {600, false, seconds, evening},       {3600, false, seconds, evening},    {3601, false, time, evening},
+        {21600, false, time, evening},        {3 * 86400, false, time + day, evening},
+        {600, true, seconds + year, evening}, {86400, true, time + year, evening},
+        {3600, false, seconds + day, afterMidnight}, {21600, false, time + day, afterMidnight},
     };
+    test_support::ScopedTimeZone zone("Europe/Berlin");
     for (const Case& c : cases) {
         PlexPlot plot;
         plot_test::Show(plot, 1000, 300);
         plot.SetTimeAxis(true);
         plot.SetHistoryDisplay(c.history);
-        plot.SetXRange(1'795'373'940 - c.span, 1'795'373'940);
+        plot.SetXRange(c.end - c.span, c.end);
         plot.Canvas()->grab();
         const auto labels = plot.Canvas()->xAxis->tickVectorLabels();
         EXPECT_GE(labels.size(), 3) << c.span;
