@@ -100,7 +100,7 @@ bool SpectrumForm::LoadHistories(int16_t grid, int16_t first, int16_t last) {
         history::ItemHistory request = HistoryRequest(item);
         const int position = slot - first + 1;
         const auto progress = [&](const history::LoadStep& step) {
-            s_.LoadStatus = "Loading history of " + step.item + " (" + std::to_string(position) + " of " +
+            s_.LoadStatus = "Loading history of " + item.elementName + " (" + std::to_string(position) + " of " +
                             std::to_string(total) + ") from the " + (step.archive ? "archive" : "local history") +
                             (step.attempt > 1 ? ", read " + std::to_string(step.attempt) : std::string());
             StatusLine->setText(QString::fromStdString(s_.LoadStatus));
