@@ -3,6 +3,7 @@
 // trend's breaks, the cursor read-out and the time navigation.
 #include <gtest/gtest.h>
 
+#include <QCheckBox>
 #include <QComboBox>
 #include <QDate>
 #include <QLabel>
@@ -216,6 +217,24 @@ TEST(Items, TheTimeScaleAndTheCalendarMoveTheWindowAcrossDaylightSaving) {
         EXPECT_LE(points.back().time, w.f.State().HistoryStop + 60) << "the history was read for the new window";
         EXPECT_EQ(w.form().PLEXPlotSelected->XMax(), w.f.State().HistoryStop);
     }
+}
+
+TEST(Items, APropertyBoxAddsAndRemovesTheElementsOtherProperty) {
+    ItemWindow w;
+    w.Add(5);
+    viewer::SpectrumForm& form = w.form();
+    ASSERT_FALSE(form.ChkProps[1]->isHidden());
+    ASSERT_EQ(form.ChkProps[1]->text(), "Y");
+    form.ChkProps[1]->setChecked(true);
+    form.ChkProps_Click(1);
+    ASSERT_EQ(w.items().Count(), 2);
+    EXPECT_EQ(w.items()[1].property, "ORBIT.Y");
+    EXPECT_EQ(w.items()[1].elementName, w.items()[0].elementName);
+    EXPECT_TRUE(w.items()[1].hasData);
+    form.ChkProps[1]->setChecked(false);
+    form.ChkProps_Click(1);
+    ASSERT_EQ(w.items().Count(), 1);
+    EXPECT_EQ(w.items()[0].property, "ORBIT.X");
 }
 
 TEST(Items, SelectByNameFollowsTheNamedElements) {
