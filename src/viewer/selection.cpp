@@ -122,11 +122,10 @@ void SpectrumForm::StartSpectrumLinks(int16_t first, bool fillChooser) {
     if (fillChooser) ComboDevs->clear();
     s_.ChannelsStarted = 0;
     s_.OversizeReported = false;
-    // The previous channel goes before anything of the new one is opened: a
-    // channel whose server does not answer must not show another channel's
-    // data, links or hover labels under its name.
-    PLEXPlotSpectrum->Clear(true);  // the items' marks stay
-    s_.SpectrumModeText = -1;
+    // Nothing of the previous channel stays: one whose server does not
+    // answer must not show another channel's hover labels or live time
+    // under its name (its links, trace and texts go with the head entry's
+    // frame below).
     s_.LivePointCount = 0;
     s_.LastLiveUpdate = 0;
     const int16_t opened = OpenSpectrumParts(first, [&](int16_t e) {
