@@ -2,8 +2,8 @@
 //   startup            process start to a shown window whose start-up has read
 //                      the sample configuration (machine 0), median of 5 runs;
 //   first-spectrum     process start to the first live spectrum drawn, the
-//                      first channel picked at once (the links' first
-//                      reading comes one polling interval in);
+//                      first channel picked at once (the links take their
+//                      first reading at once, not one polling interval in);
 //   live-handler-8000  the spectrum data handler for an 8000-point device of
 //                      four appended parts, without repainting;
 //   live-frame-8000    the same handler plus one repaint of the window;

@@ -51,7 +51,10 @@ int16_t SpectrumForm::OpenChannel(int16_t channel) {
     // asked of the server; the live handler's 8000-point message covers the
     // sum of the parts.
     if (record.Size < 1 || record.Size > kMaxLivePoints + 1) return vire::kOutOfRange;
-    int32_t count = record.Size;
+    // Room for the longest spectrum's names, not for Size fields: a name
+    // longer than its field takes two or more of them, and a channel of long
+    // names would otherwise get names for its first elements only.
+    int32_t count = vire::kMaxNameCount;
     std::vector<std::string> names;
     const vire::Status status =
         vire::GetDeviceNames("/" + record.Context + "/" + record.Server, record.Property, count, names);

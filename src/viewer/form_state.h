@@ -62,6 +62,7 @@ struct FormState {
     int16_t PropBoxesUsed = 0;
     int16_t ChannelsStarted = 0;
     std::string OpenFailure;         // the part the last channel choice could not open
+    bool OversizeReported = false;   // a spectrum over the limit, told once per channel choice
     int16_t CompanionMarker = -1;    // every catalogue load sets it to -1
     int16_t LinkRestartCalls = 0;
     bool AxisReset = false;

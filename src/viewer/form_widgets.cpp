@@ -22,6 +22,7 @@
 #include <QStatusBar>
 #include <QVBoxLayout>
 
+#include "ui/controls/full_item_texts.h"
 #include "ui/controls/interval_timer.h"
 #include "ui/controls/month_calendar.h"
 #include "ui/controls/value_grid.h"
@@ -60,6 +61,9 @@ void SpectrumForm::BuildControls() {
     ComboDevs->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     ComboDevs->setMinimumContentsLength(14);
     ComboDevs->setMaxVisibleItems(25);
+    // Element names can be long (location and name): the box stays narrow,
+    // its popup and tool tips show them whole.
+    ui::ShowFullItemTexts(ComboDevs);
     ComSelDevice = Named(new QPushButton(tr("&Add"), this), "ComSelDevice", tr("Add element"));
     ComSelDevice->setToolTip(tr("Follow the chosen element over time"));
     FrameProps = Named(new QGroupBox(tr("Properties"), this), "FrameProps", tr("Properties"));
@@ -124,7 +128,11 @@ void SpectrumForm::BuildControls() {
     PLEXPlotSelected = Named(new ui::PlexPlot(this), "PLEXPlotSelected", tr("Selected items"));
     PLEXPlotExtra = Named(new ui::PlexPlot(this), "PLEXPlotExtra", tr("Extra channels"));
     PLEXPlotAccelerator = Named(new ui::PlexPlot(this), "PLEXPlotAccelerator", tr("Machine overview"));
-    for (ui::PlexPlot* trend : {PLEXPlotSelected, PLEXPlotExtra, PLEXPlotAccelerator}) trend->SetTimeAxis(true);
+    // Each trend plot names what it shows, so that empty plots can be told apart.
+    for (ui::PlexPlot* trend : {PLEXPlotSelected, PLEXPlotExtra, PLEXPlotAccelerator}) {
+        trend->SetTimeAxis(true);
+        trend->SetCaption(trend->accessibleName().toStdString());
+    }
     GridSelected = Named(new ui::ValueGrid("GridSelected", this), "GridSelected", tr("Selected items"));
     GridExtra = Named(new ui::ValueGrid("GridExtra", this), "GridExtra", tr("Extra channels"));
     GridAccelerator = Named(new ui::ValueGrid("GridAccelerator", this), "GridAccelerator", tr("Machine overview"));

@@ -46,6 +46,17 @@ void SpectrumForm::PLEXPlotSpectrum_DataReceive(int32_t /*link*/, int16_t error)
     const bool rebuild = cat.SpectrumTrace < 0;
     std::vector<int32_t> partStarts;  // where each part's points begin, for its labels
     if (rebuild) {
+        // A spectrum over the limit is told once per channel choice (its
+        // message and the bounds fault that follows); the rounds after that
+        // are dropped quietly and the plot's notice keeps saying why.
+        int32_t wanted = 0;
+        for (int16_t r = first; r < first + count; ++r)
+            wanted += catalogue::SpectrumRecord::UpperBound(cat.SpectrumList[r].Values) + 1;
+        if (wanted > kMaxLivePoints) {
+            if (s_.OversizeReported) return;
+            s_.OversizeReported = true;
+            ShowLinkStatus();
+        }
         int32_t total = 0;
         for (int16_t r = first; r < first + count; ++r) {
             const catalogue::SpectrumRecord& record = cat.SpectrumList[r];

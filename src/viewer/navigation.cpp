@@ -171,8 +171,10 @@ void SpectrumForm::SelectSpectrumComboPosition(int16_t position) {
         const QSignalBlocker block(SpectrumCombo);
         SpectrumCombo->setCurrentIndex(position);
     }
-    // Choosing a position from code fires the chooser's handler, as a click does.
-    SpectrumCombo_Click();
+    // Choosing a position from code fires the chooser's handler, as a click
+    // does, with the click's report of a run-time error: the catalogue reader
+    // that calls this would take the error for its own and keep it quiet.
+    Guarded("SpectrumCombo_Click", [&] { SpectrumCombo_Click(); });
 }
 
 }  // namespace viewer

@@ -14,6 +14,7 @@
 
 #include "ui/controls/dialogs.h"
 #include "ui/controls/event_loop.h"
+#include "ui/controls/full_item_texts.h"
 #include "ui/plot/plex_plot.h"
 #include "viewer/channel_map.h"
 #include "viewer/control_colours.h"
@@ -100,10 +101,15 @@ int16_t SpectrumForm::OpenSpectrumParts(int16_t head, const std::function<void(i
         const auto e = static_cast<int16_t>(head + k);
         const int16_t status = OpenChannel(e);
         if (status != 0) {
+            // The parts after a failing one are not opened either: all of
+            // them are missing from the picture.
             const catalogue::SpectrumRecord& record = cat.SpectrumList[e];
-            s_.OpenFailure = "/" + record.Context + "/" + record.Server + "/" + record.Device + " " +
-                             record.Property + " not opened: " + vire::ErrorText(status) + " (" +
-                             std::to_string(status) + ")";
+            const int16_t parts = SpectrumPartCount(cat, head);
+            const std::string missing = k + 1 == parts ? "part " + std::to_string(parts)
+                                                       : "parts " + std::to_string(k + 1) + " to " + std::to_string(parts);
+            s_.OpenFailure = missing + " of " + std::to_string(parts) + " missing: /" + record.Context + "/" +
+                             record.Server + "/" + record.Device + " " + record.Property +
+                             " not opened: " + vire::ErrorText(status) + " (" + std::to_string(status) + ")";
             ui::MsgBox("PROBLEMS!   " + vire::ErrorText(status));
             break;
         }
@@ -117,7 +123,14 @@ int16_t SpectrumForm::OpenSpectrumParts(int16_t head, const std::function<void(i
 void SpectrumForm::StartSpectrumLinks(int16_t first, bool fillChooser) {
     if (fillChooser) ComboDevs->clear();
     s_.ChannelsStarted = 0;
-    OpenSpectrumParts(first, [&](int16_t e) {
+    s_.OversizeReported = false;
+    // Nothing of the previous channel stays: one whose server does not
+    // answer must not show another channel's hover labels or live time
+    // under its name (its links, trace and texts go with the head entry's
+    // frame below).
+    s_.LivePointCount = 0;
+    s_.LastLiveUpdate = 0;
+    const int16_t opened = OpenSpectrumParts(first, [&](int16_t e) {
         if (fillChooser) {
             const catalogue::SpectrumRecord& record = s_.cat.SpectrumList[e];
             QStringList lines;
@@ -128,6 +141,10 @@ void SpectrumForm::StartSpectrumLinks(int16_t first, bool fillChooser) {
         initSpectrumInfo(e);
         ++s_.ChannelsStarted;
     });
+    if (fillChooser) ui::FitToItemTexts(ComboDevs);
+    // Nothing opened: the plot still names the chosen channel, with its own
+    // unit and range, and says what is missing.
+    if (opened == 0) ShowChannelFrame(first);
     ShowLinkStatus();
 }
 
@@ -161,9 +178,30 @@ void SpectrumForm::ReselectItems() {
 }
 
 void SpectrumForm::initSpectrumInfo(int16_t channel) {
+    ShowChannelFrame(channel);
+    // 5
     catalogue::SpectrumRecord& record = s_.cat.SpectrumList[channel];
     ui::PlexPlot* plot = PLEXPlotSpectrum;
-    const int32_t upper = catalogue::SpectrumRecord::UpperBound(record.Values);
+    plot->SetAccessMode("POLL");
+    plot->SetPollingInterval(s_.PollIntervalMs);
+    plot->SetProtocol("VIRE");
+    plot->SetContext(record.Context);
+    plot->SetServer(record.Server);
+    plot->SetDevice(record.Device);
+    plot->SetProperty(record.Property);
+    record.LinkHandle = plot->Attach(record.Values);
+    record.Started = true;
+    // 6
+    if (s_.Items.Count() == 0) setSpectrumHistoryParameters();
+}
+
+void SpectrumForm::ShowChannelFrame(int16_t channel) {
+    const catalogue::SpectrumRecord& record = s_.cat.SpectrumList[channel];
+    ui::PlexPlot* plot = PLEXPlotSpectrum;
+    // An entry that could not be opened has no values yet: its size says
+    // how wide it would be.
+    const int32_t upper =
+        record.Values.empty() ? record.Size - 1 : catalogue::SpectrumRecord::UpperBound(record.Values);
     // 1: parts of one spectrum are drawn side by side.
     if (!record.Append) {
         plot->SetXMin(-0.2);
@@ -195,18 +233,6 @@ void SpectrumForm::initSpectrumInfo(int16_t channel) {
     plot->SetXLabel("Device Name/Location");
     plot->SetForeColour(0x000000);
     plot->SetCaption(TraceCaptionPrefix() + record.Description);
-    // 5
-    plot->SetAccessMode("POLL");
-    plot->SetPollingInterval(s_.PollIntervalMs);
-    plot->SetProtocol("VIRE");
-    plot->SetContext(record.Context);
-    plot->SetServer(record.Server);
-    plot->SetDevice(record.Device);
-    plot->SetProperty(record.Property);
-    record.LinkHandle = plot->Attach(record.Values);
-    record.Started = true;
-    // 6
-    if (s_.Items.Count() == 0) setSpectrumHistoryParameters();
 }
 
 std::string SpectrumForm::TraceCaptionPrefix() const {
@@ -263,7 +289,8 @@ void SpectrumForm::InitPropSelections(bool fromItem) {
                     other.PropShort == entry.PropShort) {
                     FlagGuard initialising(s_.Initialising);
                     ChkProps[box]->setChecked(true);
-                    PaintControl(ChkProps[box], s_.ItemColours[box], 0xFFFFFF);
+                    // The box wears the colour of the item it stands for.
+                    PaintControl(ChkProps[box], s_.ItemColours[j], 0xFFFFFF);
                 }
             }
         }
@@ -340,6 +367,7 @@ void SpectrumForm::ComSelect_Click(int16_t index) {
                 ChkAuto[1]->setChecked(false);
             }
             const auto restore = [](SelectedItem& item) {
+                item.zoomFlag = 0;
                 item.historyUpper = item.liveUpper;
                 item.historyLower = item.liveLower;
                 item.historyScaleType = item.liveScaleType;
@@ -349,9 +377,7 @@ void SpectrumForm::ComSelect_Click(int16_t index) {
                 for (int16_t i = 0; i < s_.Items.Count(); ++i) restore(s_.Items[i]);
                 for (int16_t i = 0; i < s_.Extras.Count(); ++i) restore(s_.Extras[i]);
             } else {
-                SelectedItem& item = s_.Items[s_.Items.Current()];
-                item.zoomFlag = 0;
-                restore(item);
+                restore(s_.Items[s_.Items.Current()]);
             }
             PaintControl(ComSelect[2], kAppliedBack, 0x000000);
             for (int k = 0; k <= 2; ++k) PaintControl(TxtSelect[k], kAppliedBack, 0x000000);

@@ -63,7 +63,16 @@ SpectrumForm::~SpectrumForm() {
 void SpectrumForm::Load() {
     if (loaded_) return;
     loaded_ = true;
-    Guarded("Form_Load", [&] { Form_Load(); });
+    if (!Guarded("Form_Load", [&] { Form_Load(); })) {
+        // A start-up cut short by a run-time error must not leave the window
+        // initialising for good: every handler would return at once and no
+        // later choice could go live. The grids and colours do not depend on
+        // the step that failed.
+        s_.Initialising = false;
+        s_.Busy = false;
+        Guarded("InitGraphics", [&] { InitGraphics(); });
+        return;
+    }
     // The start-up itself starts no traffic (its chooser events come while
     // it initialises); once it has completed, the channel the chooser shows
     // goes live, as if the operator had confirmed it.
@@ -103,9 +112,10 @@ void SpectrumForm::UnloadAllForms() {
     unloading = false;
 }
 
-void SpectrumForm::Guarded(const char* handler, const std::function<void()>& body) {
+bool SpectrumForm::Guarded(const char* handler, const std::function<void()>& body) {
     try {
         body();
+        return true;
     } catch (const catalogue::RuntimeError& error) {
         ui::MsgBox(std::string("Run-time error ") + std::to_string(error.code()) + " in " + handler + ": " +
                        error.what(),
@@ -114,6 +124,7 @@ void SpectrumForm::Guarded(const char* handler, const std::function<void()>& bod
         ui::MsgBox(std::string("Run-time error in ") + handler + ": " + error.what(), ui::MsgBoxButtons::OK,
                    ui::MsgBoxIcon::Critical);
     }
+    return false;
 }
 
 void SpectrumForm::ShowMessage(const std::string& text) { ui::MsgBox(text); }

@@ -243,7 +243,8 @@ private:
     void ShowLinkStatus();
     // Runs a handler; a run-time error of the window logic (a bound, an
     // overflow) is reported in a message box and the window keeps running.
-    void Guarded(const char* handler, const std::function<void()>& body);
+    // False when the handler ended with such an error.
+    bool Guarded(const char* handler, const std::function<void()>& body);
     std::string ReadUserName() const;
     void CaptionMachineMenus();
     void ReadCurrentSubsystem();
@@ -269,6 +270,11 @@ private:
     int16_t CursorMode() const;
     int32_t CalendarAnchor() const;
     void ReloadTrendHistories();
+    // The plot's range, labels and caption for a catalogue entry (the link aside).
+    void ShowChannelFrame(int16_t channel);
+    // The notice on the spectrum plot: parts not opened or failing, a
+    // spectrum too long to draw.
+    std::string MissingNotice(const std::string& failingParts) const;
 
     FormState s_;
     std::string commandLine_;

@@ -34,6 +34,12 @@ SubscriptionId PollingTransport::Subscribe(const SubscriptionRequest& request,
     return id;
 }
 
+std::optional<LinkData> PollingTransport::ReadAtOnce(const SubscriptionRequest& request) {
+    LinkData data = Poll(request);
+    data.stampMs = NowMilliseconds();
+    return data;
+}
+
 void PollingTransport::Unsubscribe(SubscriptionId id) {
     std::lock_guard<std::mutex> lock(mutex_);
     auto it = links_.find(id);

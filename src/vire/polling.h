@@ -21,6 +21,8 @@ public:
     SubscriptionId Subscribe(const SubscriptionRequest& request,
                              std::function<void(const LinkData&)> onData) override;
     void Unsubscribe(SubscriptionId id) override;
+    // A poll taken now: it answers at once by the contract of Poll.
+    std::optional<LinkData> ReadAtOnce(const SubscriptionRequest& request) override;
     size_t ActiveSubscriptions() const;
 
 protected:

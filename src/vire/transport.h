@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -55,6 +56,13 @@ public:
                                      std::function<void(const LinkData&)> onData) = 0;
     // Stops a live link; no onData of it runs afterwards. Unknown ids are ignored.
     virtual void Unsubscribe(SubscriptionId id) = 0;
+
+    // One reading of a live link taken now, as its next tick would deliver
+    // it, so that a link just started need not wait one interval for its
+    // first values. Runs on the UI thread and must not wait for a server: a
+    // transport that cannot answer at once gives nothing (the default), and
+    // the link's first tick brings the first reading.
+    virtual std::optional<LinkData> ReadAtOnce(const SubscriptionRequest& /*request*/) { return std::nullopt; }
 };
 
 // The transport every link call uses. Null until one is installed.

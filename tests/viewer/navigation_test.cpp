@@ -123,6 +123,64 @@ TEST(Selection, AFifthPropertyIsMappedButHasNoBoxAndASixthIsABoundsFault) {
     }
 }
 
+TEST(Selection, ATickedPropertyBoxWearsTheColourOfTheItemItStandsFor) {
+    viewer_test::ScratchConfig config(
+        {"T,S/D,P0,9,Orbit0,10,0,mm,,,,7,Q0", "T,S/D,P1,9,Orbit1,10,0,mm,,,,7,Q1", "T,S/D,P2,9,Orbit2,10,0,mm,,,,7,Q2"});
+    FormFixture f("", config.Dir(), "OPERATOR", viewer_test::FakeDevices());
+    viewer::SpectrumForm& form = f.Load();
+    form.SwitchExtras(0);
+    // Slot: element, property. The current item is slot 0.
+    const std::pair<const char*, const char*> items[] = {{"N1", "Q2"}, {"N1", "Q0"}, {"N5", "Q1"}};
+    for (int16_t slot = 0; slot < 3; ++slot) {
+        viewer::SelectedItem item;
+        item.elementName = items[slot].first;
+        item.PropShort = items[slot].second;
+        item.propertyLink = 7;
+        f.State().Items.Add(item);
+    }
+    f.State().Items.SetCurrent(0);
+    form.InitPropSelections(true);
+    const struct {
+        int box;
+        bool ticked;
+        int slot;  // whose colour, -1: the unticked yellow
+    } boxes[] = {{0, true, 1}, {1, false, -1}, {2, true, 0}};
+    for (const auto& b : boxes) {
+        EXPECT_EQ(form.ChkProps[b.box]->isChecked(), b.ticked) << b.box;
+        EXPECT_EQ(viewer::BackColourOf(form.ChkProps[b.box]), b.slot < 0 ? 0x80FFFFu : f.State().ItemColours[b.slot])
+            << b.box;
+    }
+}
+
+TEST(Selection, LiveLimitsForTheTrendsClearTheZoomOfEveryItemTheyApplyTo) {
+    for (const int16_t common : {1, 0}) {
+        FormFixture f;
+        viewer::SpectrumForm& form = f.Load();
+        viewer::FormState& s = f.State();
+        s.CommonScale = common;
+        s.Items.Add({});
+        s.Items.Add({});
+        s.Extras.Add({});
+        s.Items.SetCurrent(1);
+        for (viewer::SelectedItem* item : {&s.Items[0], &s.Items[1], &s.Extras[0]}) {
+            item->zoomFlag = 1;
+            item->liveUpper = 8;
+            item->historyUpper = 3;
+        }
+        form.ComSelect_Click(4);
+        // Selected 0, selected 1 (current), extra 0.
+        const std::vector<int16_t> zoomed = {s.Items[0].zoomFlag, s.Items[1].zoomFlag, s.Extras[0].zoomFlag};
+        const std::vector<double> upper = {s.Items[0].historyUpper, s.Items[1].historyUpper, s.Extras[0].historyUpper};
+        if (common) {
+            EXPECT_EQ(zoomed, (std::vector<int16_t>{0, 0, 0}));
+            EXPECT_EQ(upper, (std::vector<double>{8, 8, 8}));
+        } else {
+            EXPECT_EQ(zoomed, (std::vector<int16_t>{1, 0, 1}));
+            EXPECT_EQ(upper, (std::vector<double>{3, 8, 3}));
+        }
+    }
+}
+
 TEST(Selection, RangeBoxesTurnGreenWhenEditedAndGreyWhenApplied) {
     FormFixture f;
     viewer::SpectrumForm& form = f.Load();

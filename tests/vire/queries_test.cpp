@@ -55,6 +55,14 @@ TEST_F(QueryTest, DeviceNamesTrimJoinContinuationsAndNumberServersWithoutNames) 
         // ...one that is not full keeps its "&", padded with NULs or blanks.
         {{"SHORT&", "NEXT"}, '\0', 8, {"SHORT&", "NEXT"}}, {{"SHORT&", "NEXT"}, ' ', 8, {"SHORT&", "NEXT"}},
         {{"ABCDEFGHIJKLMNO&"}, '\0', 8, {"ABCDEFGHIJKLMNO"}},  // a mark on the last field: what came is kept
+        // Every character of a continued name survives, at each field edge:
+        // a full last field, a blank before the mark or after it, four fields.
+        {{"ABCDEFGHIJKLMNO&", "PQRSTUVWXYZ01234", "Z"}, '\0', 8, {"ABCDEFGHIJKLMNOPQRSTUVWXYZ01234", "Z"}},
+        {{"ABCDEFGHIJKLMNOP", "Q"}, '\0', 8, {"ABCDEFGHIJKLMNOP", "Q"}},
+        {{"STEERER H 01 S &", "A"}, ' ', 8, {"STEERER H 01 S A"}},
+        {{"ABCDEFGHIJKLMNO&", " P"}, ' ', 8, {"ABCDEFGHIJKLMNO P"}},
+        {{"ABCDEFGHIJKLMNO&", "PQRSTUVWXYZ0123&", "456789abcdefghi&", "j"}, '\0', 8,
+         {"ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789abcdefghij"}},
         // "#0" first: the server has no names; the list runs to the count asked.
         {{"#0"}, '\0', 3, {"#0", "#1", "#2"}}, {{" #0 ", "whatever"}, ' ', 2, {"#0", "#1"}}, {{}, '\0', 4, {}},
     };

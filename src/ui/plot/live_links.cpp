@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "vire/formats.h"
+#include "vire/scheduler.h"
 #include "vire/wire.h"
 
 namespace ui {
@@ -52,8 +53,33 @@ int32_t LiveLinks::Attach(int32_t count) {
     }
     Link& entry = *links_.Find(link);
     entry.transport = std::move(transport);
+    entry.request = request;
     entry.subscription = id;
+    // Posted, not read here: every part of a spectrum is attached by the
+    // caller's handler before the first round can end, and the round's event
+    // never runs inside the handler that attached the link.
+    if (vire::Scheduler* scheduler = vire::CurrentScheduler())
+        scheduler->Post([this, alive, link] {
+            const auto guard = alive.lock();
+            if (guard && *guard) ReadFirst(link);
+        });
     return link;
+}
+
+void LiveLinks::ReadFirst(int32_t link) {
+    const Link* entry = links_.Find(link);
+    // Detached meanwhile, or its first tick was quicker.
+    if (!entry || entry->lastStatus != vire::kNoData ||
+        std::find(delivered_.begin(), delivered_.end(), link) != delivered_.end())
+        return;
+    std::optional<vire::LinkData> reading;
+    try {
+        reading = entry->transport->ReadAtOnce(entry->request);
+    } catch (...) {
+        // No first reading, no error: the first tick reports the link's state.
+        return;
+    }
+    if (reading) Deliver(link, *reading);
 }
 
 bool LiveLinks::Detach(int32_t link) {

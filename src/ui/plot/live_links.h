@@ -1,7 +1,10 @@
 // The live links a plot holds: POLL subscriptions of the middleware layer.
 //
 // The caller sets the link parameters, then attaches a buffer size and gets a
-// link number. Each delivery keeps the link's last good values for reading.
+// link number. The first reading is taken as soon as the caller's handler has
+// returned (where the transport can answer at once), not one interval later;
+// then the link delivers at its interval. Each delivery keeps the link's last
+// good values for reading.
 // Deliveries are gathered into rounds: when every attached link has delivered
 // since the last round (or one delivers a second time before the others, so a
 // silent link cannot hold the plot back), the owner is told once. A spectrum
@@ -78,6 +81,7 @@ public:
 private:
     struct Link {
         std::shared_ptr<vire::Transport> transport;
+        vire::SubscriptionRequest request;
         vire::SubscriptionId subscription = -1;
         int32_t count = 0;
         std::vector<float> values;    // last good delivery (may be shorter than count)
@@ -85,6 +89,8 @@ private:
     };
 
     void Deliver(int32_t link, const vire::LinkData& data);
+    // The first reading of a link that has not delivered yet.
+    void ReadFirst(int32_t link);
     // Decodes a good delivery into `values` (untouched otherwise); its
     // completion code (a reading the plot cannot use is kFormatMismatch).
     static vire::Status Decode(const vire::LinkData& data, int32_t count, std::vector<float>& values);

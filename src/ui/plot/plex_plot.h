@@ -87,7 +87,9 @@ public:
     Colour ForeColour() const { return model_.foreColour; }  // the colour new traces and texts take
 
     // --- Texts at axis coordinates ---
-    // A text in the fore colour with its top left corner at (x, y); its handle.
+    // A text in the fore colour at (x, y); its handle. Texts are captions:
+    // they are drawn in a band of their own above the plot area, starting at
+    // their x, so that no trace ever runs through them (y is kept as given).
     int32_t DrawText(double x, double y, const std::string& text);
     // Removes one text; false when the handle names none.
     bool RemoveText(int32_t text);
@@ -115,6 +117,11 @@ public:
     // Caption above the plot; empty for none.
     void SetCaption(const std::string& caption);
     std::string Caption() const;
+    // What the plot lacks (a part whose server does not answer, data too
+    // long to draw), shown in the plot area on an opaque ground above the
+    // traces; lines separated by "\n", empty for none. Clear keeps it.
+    void SetNotice(const std::string& notice);
+    std::string Notice() const { return model_.notice; }
     // 25 = common scale (every trace on the plot's scale); otherwise traces
     // with an own range are drawn on it.
     void SetAxisMode(int16_t mode);

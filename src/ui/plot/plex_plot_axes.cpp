@@ -60,6 +60,12 @@ void PlexPlot::SetCaption(const std::string& caption) { canvas_->SetCaption(QStr
 
 std::string PlexPlot::Caption() const { return canvas_->Caption().toStdString(); }
 
+void PlexPlot::SetNotice(const std::string& notice) {
+    if (notice == model_.notice) return;
+    model_.notice = notice;
+    canvas_->update();
+}
+
 void PlexPlot::SetAxisMode(int16_t mode) {
     model_.axisMode = mode;
     canvas_->update();

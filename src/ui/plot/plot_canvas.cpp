@@ -15,12 +15,6 @@ namespace {
 constexpr int kDragPixels = 4;
 // Room a time tick label needs, so the tick count follows the plot width.
 constexpr int kTimeTickPixels = 140;
-// Beyond this distance from the widget a position is drawn nowhere: the
-// painter is not asked to place text or lines at absurd coordinates.
-constexpr double kFarPixels = 1e5;
-
-bool Near(QPointF p) { return std::abs(p.x()) < kFarPixels && std::abs(p.y()) < kFarPixels; }
-
 QCPRange Normalised(double a, double b) {
     double lo = std::min(a, b), hi = std::max(a, b);
     if (!(hi - lo > std::max(1e-12, std::abs(hi) * 1e-12))) {
@@ -49,6 +43,17 @@ PlotCanvas::PlotCanvas(const PlotModel& model, QWidget* parent) : QCustomPlot(pa
     elementTicker_->SetPitch(QFontMetrics(xAxis->tickLabelFont()).height() + 2);
     timeTicker_.reset(new QCPAxisTickerDateTime);
     timeTicker_->setDateTimeSpec(Qt::LocalTime);
+    // Texts get a band of their own right above the plot area. Inside the
+    // area a caption hides the data under it, or the data the caption: the
+    // spectrum's captions are drawn at every reading, at a height that an
+    // auto-scaled spectrum fills. The band is always there, so that a caption
+    // coming and going does not make the plot area jump.
+    const int band = QFontMetrics(font()).height() + 4;
+    textRow_ = new QCPLayoutElement(this);
+    textRow_->setMinimumSize(0, band);
+    textRow_->setMaximumSize(QWIDGETSIZE_MAX, band);
+    plotLayout()->insertRow(0);
+    plotLayout()->addElement(0, 0, textRow_);
     ApplyLimits();
 }
 
@@ -104,9 +109,10 @@ void PlotCanvas::SetLegend(QVector<LegendEntry> entries) {
         legendRow_ = new QCPLayoutElement(this);
         legendRow_->setMinimumSize(0, height);
         legendRow_->setMaximumSize(QWIDGETSIZE_MAX, height);
-        const int axisRow = plotLayout()->rowCount() - 1;
-        plotLayout()->insertRow(axisRow);
-        plotLayout()->addElement(axisRow, 0, legendRow_);
+        // Above the texts' band, which stays next to the plot area.
+        const int bandRow = plotLayout()->rowCount() - 2;
+        plotLayout()->insertRow(bandRow);
+        plotLayout()->addElement(bandRow, 0, legendRow_);
     }
     layoutStale_ = true;
     InvalidateFrame();
@@ -156,6 +162,46 @@ void PlotCanvas::SetCaption(const QString& caption) {
 QString PlotCanvas::Caption() const { return caption_ ? caption_->text() : QString(); }
 
 QRect PlotCanvas::PlotArea() const { return axisRect()->rect(); }
+
+QRect PlotCanvas::TextBand() const {
+    const QRect area = PlotArea();
+    const QRect row = textRow_->rect();
+    return QRect(area.left(), row.top(), area.width(), row.height());
+}
+
+std::vector<std::pair<int32_t, QRectF>> PlotCanvas::TextBoxes() const {
+    const QRect band = TextBand();
+    std::vector<std::pair<double, int32_t>> order;
+    for (const auto& [handle, text] : model_.texts) {
+        const double px = xAxis->coordToPixel(text.x);
+        if (px >= band.left() && px <= band.right() && std::isfinite(text.y)) order.emplace_back(px, handle);
+    }
+    std::stable_sort(order.begin(), order.end(),
+                     [](const auto& a, const auto& b) { return a.first < b.first; });
+    const QFontMetrics metrics(font());
+    std::vector<std::pair<int32_t, QRectF>> boxes;
+    double free = band.left();
+    for (const auto& [px, handle] : order) {
+        const QString shown = QString::fromStdString(model_.texts.Find(handle)->text);
+        const double width = metrics.horizontalAdvance(shown) + 2;
+        const double left = std::max(px, free);
+        boxes.emplace_back(handle, QRectF(left, band.top() + 2, width, metrics.height()));
+        free = left + width + metrics.averageCharWidth();
+    }
+    return boxes;
+}
+
+QRectF PlotCanvas::NoticeBox() const {
+    if (model_.notice.empty()) return QRectF();
+    const QFontMetrics metrics(font());
+    const QStringList lines = QString::fromStdString(model_.notice).split('\n');
+    int widest = 0;
+    for (const QString& line : lines) widest = std::max(widest, metrics.horizontalAdvance(line));
+    const QRect area = PlotArea();
+    const double width = std::min<double>(widest + 16, std::max(area.width() - 8, 16));
+    const double height = lines.size() * metrics.height() + 8;
+    return QRectF(area.left() + (area.width() - width) / 2.0, area.top() + 8, width, height);
+}
 
 QPointF PlotCanvas::ToAxis(QPointF pixel) const {
     return QPointF(xAxis->pixelToCoord(pixel.x()), yAxis->pixelToCoord(pixel.y()));
@@ -213,9 +259,10 @@ void PlotCanvas::paintEvent(QPaintEvent*) {
     painter.setClipRect(area);
     DrawTraces(painter, area);
     DrawMarks(painter, area);
-    DrawTexts(painter, area);
     DrawCursor(painter, area);
+    DrawNotice(painter);
     painter.setClipping(false);
+    DrawTexts(painter);
     DrawRubberBand(painter);
 }
 
@@ -295,19 +342,32 @@ void PlotCanvas::DrawMarks(QPainter& painter, const QRect& area) {
     }
 }
 
-void PlotCanvas::DrawTexts(QPainter& painter, const QRect&) {
+void PlotCanvas::DrawTexts(QPainter& painter) {
     if (model_.texts.empty()) return;
     const QFontMetrics metrics(font());
-    for (const auto& [handle, text] : model_.texts) {
-        const QPointF at = ToPixel(text.x, text.y);
-        if (!Near(at)) continue;  // also NaN
-        const QString shown = QString::fromStdString(text.text);
-        // (x, y) is the text's top left corner. A pale ground keeps captions
-        // readable where they lie over a trace.
-        const QRectF box(at, QSizeF(metrics.horizontalAdvance(shown) + 2, metrics.height()));
-        painter.fillRect(box, QColor(255, 255, 255, 190));
+    painter.setClipRect(TextBand());
+    for (const auto& [handle, box] : TextBoxes()) {
+        const PlotText& text = *model_.texts.Find(handle);
         painter.setPen(ToQColor(text.colour));
-        painter.drawText(at + QPointF(1, metrics.ascent()), shown);
+        painter.drawText(box.topLeft() + QPointF(1, metrics.ascent()), QString::fromStdString(text.text));
+    }
+    painter.setClipping(false);
+}
+
+void PlotCanvas::DrawNotice(QPainter& painter) {
+    const QRectF box = NoticeBox();
+    if (box.isEmpty()) return;
+    // Opaque: what is missing must be read at once, whatever lies beneath.
+    const QColor alarm(0xC0, 0x00, 0x00);
+    painter.fillRect(box, Qt::white);
+    painter.setPen(QPen(alarm, 1));
+    painter.drawRect(box);
+    const QFontMetrics metrics(font());
+    const int inner = static_cast<int>(box.width()) - 16;
+    double y = box.top() + 4 + metrics.ascent();
+    for (const QString& line : QString::fromStdString(model_.notice).split('\n')) {
+        painter.drawText(QPointF(box.left() + 8, y), metrics.elidedText(line, Qt::ElideRight, inner));
+        y += metrics.height();
     }
 }
 

@@ -51,6 +51,14 @@ public:
 
     // The plot area in widget pixels (as of the last layout).
     QRect PlotArea() const;
+    // The band above the plot area that the texts are drawn in.
+    QRect TextBand() const;
+    // Where each text is drawn (widget pixels), in the band at its x, later
+    // ones moved right past earlier ones they would cover; texts whose x
+    // lies outside the x range are left out.
+    std::vector<std::pair<int32_t, QRectF>> TextBoxes() const;
+    // The notice's box in widget pixels (empty when there is none).
+    QRectF NoticeBox() const;
     // Axis coordinates of a widget pixel and back (as of the last layout).
     QPointF ToAxis(QPointF pixel) const;
     QPointF ToPixel(double x, double y) const;
@@ -85,7 +93,8 @@ private:
     void DrawTraces(QPainter& painter, const QRect& area);
     void DrawTrace(QPainter& painter, const Trace& trace, const QRect& area);
     void DrawMarks(QPainter& painter, const QRect& area);
-    void DrawTexts(QPainter& painter, const QRect& area);
+    void DrawTexts(QPainter& painter);
+    void DrawNotice(QPainter& painter);
     void DrawCursor(QPainter& painter, const QRect& area);
     void DrawRubberBand(QPainter& painter);
 
@@ -100,6 +109,7 @@ private:
     bool timeAxis_ = false;
     QCPTextElement* caption_ = nullptr;
     QCPLayoutElement* legendRow_ = nullptr;  // room for the legend, drawn into the frame
+    QCPLayoutElement* textRow_ = nullptr;    // the texts' band, right above the plot area
     QVector<LegendEntry> legend_;
     std::vector<QPointF> shape_;  // reused between paints
 

@@ -83,6 +83,7 @@ struct PlotModel {
     double cursorX = 0.0;
     std::string cursorCaption;
     std::string hoverLabel;            // full element label under the mouse
+    std::string notice;                // what the plot lacks, "\n" between lines
 
     // The value of point i as drawn: against the reference where relative.
     static float Displayed(const Trace& trace, const std::vector<float>& reference, size_t i) {

@@ -14,6 +14,7 @@
 #include <optional>
 #include <gtest/gtest.h>
 
+#include "scoped_time_zone.h"
 #include "ui/controls/scoped_dialog_responder.h"
 #include "ui/logbook/logbook.h"
 #include "ui/logbook/logbook_entry.h"
@@ -90,6 +91,32 @@ TEST_F(LogbookTest, FilesTheWindowAsOneWholeEntryWithItsRecord) {
     EXPECT_EQ(fields, (QStringList{"ORKA", "operator", "VESTA", "Beam Loss Monitors", "Spectrum Viewer"}));
     EXPECT_EQ(QDateTime::fromString(record["time"].toString(), Qt::ISODateWithMs).toMSecsSinceEpoch(), kNow);
     EXPECT_FALSE(record["host"].toString().isEmpty());
+}
+
+TEST_F(LogbookTest, EntriesAreNamedAndStampedInLocalTimeOnBothSidesOfDaylightSaving) {
+    const test_support::ScopedTimeZone berlin("Europe/Berlin");
+    ui::Logbook::SetPrinterLookup([](const QString&) { return false; });
+    const struct {
+        int64_t ms;
+        const char* entry;
+        const char* time;  // the record's wall-clock time; an offset may follow
+    } cases[] = {
+        {1'768'000'000'456, "20260110-000640-456", "2026-01-10T00:06:40.456"},  // still the 9th in UTC
+        {1'790'000'000'123, "20260921-161320-123", "2026-09-21T16:13:20.123"},  // summer time, UTC+2
+    };
+    for (const auto& c : cases) {
+        vire::SetTestClock(c.ms);
+        QImage picture(8, 8, QImage::Format_RGB32);
+        picture.fill(Qt::white);
+        const ui::LogbookResult result = ui::Logbook("ORKA").File(picture, "Spectrum Viewer", {"ORKA", "Orbit"});
+        ASSERT_EQ(result.outcome, ui::LogbookOutcome::Filed) << c.entry;
+        EXPECT_EQ(QDir(result.where).dirName(), c.entry);
+        QFile recordFile(QDir(result.where).filePath(ui::kLogbookRecordFile));
+        ASSERT_TRUE(recordFile.open(QIODevice::ReadOnly));
+        const QString time = QJsonDocument::fromJson(recordFile.readAll()).object()["time"].toString();
+        EXPECT_TRUE(time.startsWith(c.time)) << time.toStdString();
+        EXPECT_FALSE(time.endsWith("Z")) << time.toStdString();
+    }
 }
 
 TEST_F(LogbookTest, RefusedEntriesLeaveNothingAndSayWhy) {

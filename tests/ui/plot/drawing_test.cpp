@@ -5,6 +5,7 @@
 #include <QImage>
 #include <cmath>
 #include <limits>
+#include <map>
 #include <vector>
 
 #include "plot_test_support.h"
@@ -96,13 +97,60 @@ TEST_F(DrawingTest, TheAxesFrameIsDrawnAgainOnlyWhenItChanged) {
     EXPECT_EQ(renders(), 1);
 }
 
-TEST_F(DrawingTest, TextsMarksAndCursorAppearWhereAndInTheColourGivenAndNowhereWhenAbsurd) {
+TEST_F(DrawingTest, TextsStandInTheirBandAboveTheDataAtTheirXWithoutCoveringEachOther) {
+    Flat(80, kGreen);  // data right where the captions are placed
     plot.SetForeColour(kBlue);
-    const int32_t text = plot.DrawText(2, 80, "\u2588\u2588\u2588\u2588");  // solid blocks
-    EXPECT_EQ(At(78, 2.2), ui::ToQColor(kBlue));  // below and right of (2, 80)
-    EXPECT_NE(At(82, 2.2), ui::ToQColor(kBlue));
-    plot.RemoveText(text);
-    EXPECT_NE(At(78, 2.2), ui::ToQColor(kBlue));
+    const int32_t live = plot.DrawText(5.85, 85, "\u2588\u2588\u2588\u2588");  // solid blocks
+    const int32_t mode = plot.DrawText(0.45, 85, " Autoscale");
+    const int32_t close = plot.DrawText(0.5, 85, "Marker:  Nov 14 23:13:20");
+    plot.DrawText(-3, 85, "left of the range");
+    ui::PlotCanvas& canvas = *plot.Canvas();
+    const QRect area = canvas.PlotArea();
+    const auto boxes = canvas.TextBoxes();
+    ASSERT_EQ(boxes.size(), 3u) << "a text left of the x range is not drawn";
+    std::map<int32_t, QRectF> at(boxes.begin(), boxes.end());
+    for (const auto& [handle, box] : boxes) {
+        EXPECT_LE(box.bottom(), area.top()) << handle << ": the data never runs through a text";
+        EXPECT_TRUE(canvas.TextBand().contains(box.toRect().adjusted(0, 0, -1, -1))) << handle;
+    }
+    EXPECT_DOUBLE_EQ(at[live].left(), canvas.ToPixel(5.85, 0).x()) << "the x is kept";
+    EXPECT_DOUBLE_EQ(at[mode].left(), canvas.ToPixel(0.45, 0).x());
+    EXPECT_GE(at[close].left(), at[mode].right()) << "a text is moved past the one it would cover";
+    const QImage image = canvas.grab().toImage();
+    const QPointF block = at[live].center();
+    const QColor ink = image.pixelColor(int(block.x()), int(block.y()));  // blue, edges smoothed
+    EXPECT_TRUE(ink.blue() > 200 && ink.red() < 80 && ink.green() < 80) << ink.name().toStdString();
+    EXPECT_EQ(At(80, 5.9), ui::ToQColor(kGreen)) << "the trace under the caption's x is not hidden";
+    plot.RemoveAllTexts();
+    plot.RemoveAllTraces();
+}
+
+TEST_F(DrawingTest, ANoticeIsReadOverTheDataAndStaysUntilItsOwnerTakesItAway) {
+    const struct {
+        const char* notice;
+        int lines;
+    } cases[] = {{"Part 2 of 4 failing", 1}, {"Parts 3 to 4 of 4 missing\nPart 1 of 4 failing", 2}, {"", 0}};
+    for (const auto& c : cases) {
+        plot.SetNotice(c.notice);
+        const QRectF box = plot.Canvas()->NoticeBox();
+        EXPECT_EQ(box.isEmpty(), c.lines == 0) << c.notice;
+        if (c.lines == 0) continue;
+        const QRect area = plot.Canvas()->PlotArea();
+        EXPECT_TRUE(QRectF(area).contains(box)) << c.notice;
+        EXPECT_GE(box.height(), c.lines * QFontMetrics(plot.Canvas()->font()).height()) << c.notice;
+        // Opaque: a trace through the box does not show on its ground.
+        const int32_t through = Flat(float(plot.Canvas()->ToAxis(box.center()).y()), kGreen);
+        const QImage image = plot.Canvas()->grab().toImage();
+        EXPECT_NE(image.pixelColor(int(box.left()) + 3, int(box.center().y())), ui::ToQColor(kGreen)) << c.notice;
+        EXPECT_EQ(image.pixelColor(int(box.left()) - 3, int(box.center().y())), ui::ToQColor(kGreen)) << c.notice;
+        plot.DeleteTrace(through);
+    }
+    plot.SetNotice("kept");
+    plot.Clear();
+    EXPECT_EQ(plot.Notice(), "kept") << "the owner says when it no longer applies";
+}
+
+TEST_F(DrawingTest, MarksAndCursorAppearWhereAndInTheColourGivenAndNowhereWhenAbsurd) {
 
     plot.SetMarkColour(0x0000FF);
     const int32_t mark = plot.AddMark(6);
@@ -121,7 +169,7 @@ TEST_F(DrawingTest, TextsMarksAndCursorAppearWhereAndInTheColourGivenAndNowhereW
     const QImage before = plot.Canvas()->grab().toImage();
     for (double v : {std::nan(""), std::numeric_limits<double>::infinity(), 1e300, -1e300}) {
         plot.DrawText(v, 50, "x");
-        plot.DrawText(5, v, "x");
+        if (!std::isfinite(v)) plot.DrawText(5, v, "x");
         plot.AddMark(v);
         plot.SetCursorX(v);
     }

@@ -6,6 +6,7 @@
 #include <array>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "plot_test_support.h"
@@ -101,6 +102,9 @@ TEST_F(LiveLinkTest, ARoundRaisesOneEventFlaggedOnlyWhenEveryLinkFailed) {
             links.push_back(Attach("P" + std::to_string(i), 2));
             EXPECT_EQ(plot->LinkStatus(links.back()), vire::kNoData) << c.name;  // nothing delivered yet
         }
+        live.scheduler.RunPending();  // the first readings, taken at once: one round
+        ASSERT_EQ(events.size(), 1u) << c.name;
+        events.clear();
         live.transport->beforePoll = [&](const std::string& device) {
             if (c.detach >= 0 && device == "/ORKA/BPMQ1/P" + std::to_string(c.when))
                 plot->Detach(links[size_t(c.detach)]);
@@ -125,6 +129,8 @@ TEST_F(LiveLinkTest, ARoundRaisesOneEventFlaggedOnlyWhenEveryLinkFailed) {
     NewPlot();
     Reading("SLOW") = {vire::kTimeout, {1}, 517};
     const int32_t fast = Attach("FAST", 1, 1000), slow = Attach("SLOW", 1, 3000);
+    live.scheduler.RunPending();
+    events.clear();
     live.scheduler.AdvanceBy(2000);
     Reading("FAST") = {vire::kLinkError, {1}, 517};
     live.scheduler.AdvanceBy(1000);
@@ -136,6 +142,9 @@ TEST_F(LiveLinkTest, ReadingKeepsTheLastGoodValuesAndEachRoundAdvancesTheCounter
     std::vector<float> target{9, 9, 9, 9, 9};
     EXPECT_EQ(plot->ReadLinkData(link, target), 0);  // nothing received yet
     EXPECT_EQ(target, (std::vector<float>{9, 9, 9, 9, 9}));
+    live.scheduler.RunPending();  // the first reading (nothing set: nothing delivered)
+    events.clear();
+    counters.clear();
     struct Step {
         const char* name;
         FakeTransport::Reading reading;
@@ -162,9 +171,58 @@ TEST_F(LiveLinkTest, ReadingKeepsTheLastGoodValuesAndEachRoundAdvancesTheCounter
     }
     float one = 0;  // a good read of one value: see the round test
     EXPECT_FALSE(plot->ReadLinkData(link + 1, one));
-    EXPECT_EQ(counters, (std::vector<int32_t>{1, 2, 3, 4, 5, 6}));
+    EXPECT_EQ(counters, (std::vector<int32_t>{2, 3, 4, 5, 6, 7}));
     plot->Clear();
     EXPECT_EQ(plot->PointCounter(), 0);
+}
+
+// A transport that can only deliver at its ticks.
+class TickOnlyTransport : public FakeTransport {
+public:
+    std::optional<vire::LinkData> ReadAtOnce(const vire::SubscriptionRequest&) override { return std::nullopt; }
+};
+
+TEST_F(LiveLinkTest, TheFirstReadingComesAtOnceAfterTheAttachingHandler) {
+    struct Case {
+        const char* name;
+        vire::Status status;
+        std::function<void(LiveLinkTest&, int32_t)> meanwhile;  // between attaching and the first reading
+        std::vector<Event> atOnce;  // 0: the link number
+        bool tickOnly = false;
+    };
+    const Case cases[] = {
+        {"good", 0, nullptr, {{0, 0}}},
+        {"failing: its state is known at once", vire::kLinkError, nullptr, {{0, vire::kLinkError}}},
+        {"detached before it could be read", 0, [](LiveLinkTest& t, int32_t link) { t.plot->Detach(link); }, {}},
+        {"the plot gone before", 0, [](LiveLinkTest& t, int32_t) { t.plot.reset(); }, {}},
+        {"a transport that cannot read at once: the first tick", 0, nullptr, {}, true},
+    };
+    for (const Case& c : cases) {
+        if (c.tickOnly) {
+            live.transport = std::make_shared<TickOnlyTransport>();
+            vire::SetTransport(live.transport);
+        }
+        NewPlot();
+        Reading("ORBIT") = {c.status, {3, 4}, 517};
+        const int32_t link = Attach("ORBIT", 2);
+        EXPECT_TRUE(events.empty()) << c.name << ": never inside the handler that attached it";
+        if (c.meanwhile) c.meanwhile(*this, link);
+        live.scheduler.RunPending();
+        std::vector<Event> expected = c.atOnce;
+        for (Event& e : expected) e.first = link;
+        EXPECT_EQ(events, expected) << c.name;
+        if (!expected.empty()) {
+            std::vector<float> read(2, -1);
+            plot->ReadLinkData(link, read);
+            EXPECT_EQ(read, (c.status == 0 ? std::vector<float>{3, 4} : std::vector<float>{-1, -1})) << c.name;
+            EXPECT_EQ(plot->LinkStatus(link), c.status) << c.name;
+        }
+        if (plot && plot->LinkCount() > 0) {
+            events.clear();
+            live.scheduler.AdvanceBy(1000);
+            EXPECT_EQ(events.size(), 1u) << c.name << ": then at every interval";
+        }
+    }
 }
 
 TEST_F(LiveLinkTest, LinksStopWhenDetachedClearedOrThePlotGoes) {
