@@ -14,10 +14,9 @@ class HistoryTest : public sim_test::SimTest {
 protected:
     void SetUp() override {
         SimTest::SetUp();
-        recorder->call = [this](const std::string& d, const std::string& p, vire::DataObject& out, const vire::DataObject& in,
-                                int16_t access, int32_t timeoutMs) {
+        recorder->call = [this](const std::string& d, const std::string& p, vire::DataObject& out, const vire::DataObject& in, int16_t a, int32_t ms) {
             outBytes.push_back(out.buffer.size());
-            return accelerator->Call(d, p, out, in, access, timeoutMs);
+            return accelerator->Call(d, p, out, in, a, ms);
         };
         vire::SetTransport(recorder);
     }

@@ -12,9 +12,8 @@ const std::string kHst = "/ORKA/BPMHIST", kArc = "/ORKA/OKHISTORY";
 
 history::ItemHistory Item(const std::string& hst, const std::string& arc, const std::string& arcProperty = "ORBIT.X.Q1") {
     history::ItemHistory item;
-    item.ItemTitle = item.ItemDevice = "BPM.S01.C2";
-    item.ItemProperty = "ORBIT.X";
-    std::tie(item.HstServer, item.HstProperty, item.ArcServer, item.ArcProperty) = std::make_tuple(hst, "ORBIT.X.Q1.HIST", arc, arcProperty);
+    std::tie(item.ItemTitle, item.ItemDevice, item.ItemProperty, item.HstServer, item.HstProperty, item.ArcServer, item.ArcProperty) =
+        std::make_tuple("BPM.S01.C2", "BPM.S01.C2", "ORBIT.X", hst, "ORBIT.X.Q1.HIST", arc, arcProperty);
     return item;
 }
 
