@@ -19,6 +19,20 @@ void Release(SelectedItem& item) {
     item.pointCount = 0;
 }
 
+// An item with the live, history and archive addresses of a catalogue row.
+SelectedItem WithAddressesOf(const catalogue::SpectrumRecord& record) {
+    SelectedItem item;
+    item.context = record.Context;
+    item.server = record.Server;
+    item.device = record.Device;
+    item.property = record.Property;
+    item.archiveServer = record.ArcServer;
+    item.archiveProperty = record.ArcProperty;
+    item.historyServer = record.HstServer;
+    item.historyProperty = record.HstProperty;
+    return item;
+}
+
 }  // namespace
 
 int16_t ItemList::Add(SelectedItem item) {
@@ -62,15 +76,7 @@ SelectedItem MakeSelectedItem(const catalogue::Catalogue& cat, int16_t element, 
                               int16_t elementNumber, int16_t plottedChannel) {
     const catalogue::SpectrumRecord& source = cat.SpectrumList[sourceChannel];
     const catalogue::SpectrumRecord& plotted = cat.SpectrumList[plottedChannel];
-    SelectedItem item;
-    item.context = plotted.Context;
-    item.server = plotted.Server;
-    item.device = plotted.Device;
-    item.property = plotted.Property;
-    item.archiveServer = plotted.ArcServer;
-    item.archiveProperty = plotted.ArcProperty;
-    item.historyServer = plotted.HstServer;
-    item.historyProperty = plotted.HstProperty;
+    SelectedItem item = WithAddressesOf(plotted);
     const auto at = static_cast<std::size_t>(elementNumber);
     item.elementName = elementNumber >= 0 && at < plotted.ElementNames.size() ? plotted.ElementNames[at]
                                                                                : "#" + std::to_string(elementNumber);
@@ -103,22 +109,17 @@ SelectedItem MakeSelectedItem(const catalogue::Catalogue& cat, int16_t element, 
 }
 
 SelectedItem MakeQuantityItem(const catalogue::SpectrumRecord& quantity) {
-    SelectedItem item;
-    item.context = quantity.Context;
+    SelectedItem item = WithAddressesOf(quantity);
     // A history file keeps "SERVER/DEVICE" in its server field.
     const std::size_t slash = quantity.Server.find('/');
     item.server = quantity.Server.substr(0, slash);
     item.device = slash == std::string::npos ? quantity.Device : quantity.Server.substr(slash + 1);
-    item.property = quantity.Property;
     // A history file names the archive by its machine ("ORKA"): the
     // quantity is read from that machine's archiver, addressed in full so
     // that the probe and the series read reach the same server.
     item.archiveServer = quantity.ArcServer.empty() || quantity.ArcServer[0] == '/'
                              ? quantity.ArcServer
                              : "/" + quantity.Context + "/" + vire::HistoryServerName(quantity.ArcServer);
-    item.archiveProperty = quantity.ArcProperty;
-    item.historyServer = quantity.HstServer;
-    item.historyProperty = quantity.HstProperty;
     // A machine quantity is its own device: the history addresses name it
     // by its short name.
     item.elementName = !quantity.ShortName.empty() ? quantity.ShortName : quantity.Property;

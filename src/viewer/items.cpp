@@ -82,13 +82,15 @@ void SpectrumForm::SelectAChannel(int16_t& element, int16_t& sourceChannel, int1
 
 void SpectrumForm::RemoveAllItems() {
     FlagGuard busy(s_.Busy);
-    for (int16_t i = 0; i < s_.Items.Count(); ++i) {
-        SelectedItem& item = s_.Items[i];
-        item.hasData = false;
-        PLEXPlotSelected->DeleteTrace(item.traceNumber);
-        item.traceNumber = -1;
-        ui::YieldToEventLoop();
-    }
+    const auto dropTraces = [](ItemList& items, ui::PlexPlot* plot) {
+        for (int16_t i = 0; i < items.Count(); ++i) {
+            items[i].hasData = false;
+            plot->DeleteTrace(items[i].traceNumber);
+            items[i].traceNumber = -1;
+            ui::YieldToEventLoop();
+        }
+    };
+    dropTraces(s_.Items, PLEXPlotSelected);
     s_.Items.Clear();
     ResetItemGrid(0);
     // Traces, texts and the items' links go; the trend plot starts afresh.
@@ -96,15 +98,10 @@ void SpectrumForm::RemoveAllItems() {
     PLEXPlotSelected->RemoveAllTraces();
     PLEXPlotSpectrum->RemoveAllMarks();
     setSpectrumHistoryParameters();
+    // The extra items keep their count: only their grid and traces go.
     if (s_.Extras.Count() > 0) {
         ResetItemGrid(1);
-        for (int16_t i = 0; i < s_.Extras.Count(); ++i) {
-            SelectedItem& extra = s_.Extras[i];
-            extra.hasData = false;
-            PLEXPlotExtra->DeleteTrace(extra.traceNumber);
-            extra.traceNumber = -1;
-            ui::YieldToEventLoop();
-        }
+        dropTraces(s_.Extras, PLEXPlotExtra);
     }
     LabelSelect[4]->setText(QString());
 }
