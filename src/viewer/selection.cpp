@@ -179,7 +179,7 @@ void SpectrumForm::ReselectItems() {
 
 void SpectrumForm::initSpectrumInfo(int16_t channel) {
     ShowChannelFrame(channel);
-    // 5
+    // The link parameters in the order the plot takes them, then the link.
     catalogue::SpectrumRecord& record = s_.cat.SpectrumList[channel];
     ui::PlexPlot* plot = PLEXPlotSpectrum;
     plot->SetAccessMode("POLL");
@@ -191,8 +191,13 @@ void SpectrumForm::initSpectrumInfo(int16_t channel) {
     plot->SetProperty(record.Property);
     record.LinkHandle = plot->Attach(record.Values);
     record.Started = true;
+<<<<<<< HEAD
     // 6
     if (s_.Items.Count() == 0) setSpectrumHistoryParameters();
+=======
+    // Without items the history addresses follow the spectrum.
+    if (s_.Items.Count() == 0) setSpectrumHistoryParameters();
+>>>>>>> faults
 }
 
 void SpectrumForm::ShowChannelFrame(int16_t channel) {

