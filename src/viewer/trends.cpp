@@ -195,7 +195,8 @@ void SpectrumForm::DrawTrends(int16_t grid) {
     if (grid == 2 && MachAutoScale->isChecked()) AutoScaleOwnRanges(grid);
     if (items.Count() > 0) {
         FillAGrid(2, grid, s_.Window.followsPresent ? vire::UNIXTIME() : s_.HistoryStop, false);
-        FillAGrid(1, grid, s_.CursorTime > 0 ? s_.CursorTime : s_.HistoryStop, false);
+        // The cursor column waits for the cursor.
+        if (s_.CursorTime > 0) FillAGrid(1, grid, s_.CursorTime, false);
     }
 }
 
