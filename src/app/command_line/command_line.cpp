@@ -132,11 +132,14 @@ std::string CommandLine::Check(const std::vector<std::string>& arguments, Pass p
     try {
         app_.parse(reversed);
     } catch (const CLI::ParseError& error) {
-        // A word where a command should be is a command this program lacks.
-        const std::vector<std::string> remaining = app_.remaining();
-        if (error.get_name() == "RequiredError" && HasCommands(app_) && !remaining.empty() &&
-            remaining.front().rfind("-", 0) != 0)
-            return "unknown command " + remaining.front();
+        // Something missing is reported after an option nobody knows, and a
+        // word where a command should be is a command this program lacks.
+        const std::vector<std::string> remaining = app_.remaining(true);
+        if (error.get_name() == "RequiredError") {
+            const std::string leftover = Leftover(remaining, pass);
+            if (leftover.rfind("unknown option", 0) == 0) return leftover;
+            if (HasCommands(app_) && !leftover.empty()) return "unknown command " + remaining.front();
+        }
         return Reason(error);
     }
     return Leftover(app_.remaining(true), pass);

@@ -22,8 +22,8 @@ namespace {
 
 const command_line::ProgramText kText = {
     "lumiscope-archiver",
-    {"--config DIR [--db URI] [--listen ADDR] [--names HOST:PORT] [--advertise HOST:PORT]\n"
-     "                          [--lease-ms MS] [--record yes|no]"},
+    {"--config DIR [--db URI] [--listen ADDR] [--names HOST:PORT] [--advertise HOST:PORT] "
+     "[--lease-ms MS] [--record yes|no]"},
     "Serves the local history servers and the central archivers of a configuration\n"
     "from a database that records what the device servers deliver.\n"
     "Prints \"listening on HOST:PORT\" once it serves; stops on SIGTERM or SIGINT.\n",

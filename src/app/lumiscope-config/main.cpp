@@ -251,7 +251,7 @@ int main(int argc, char** argv) try {
     thresholds->add_option("SOURCE", source)->required();
     thresholds->add_option("--size", size, "elements to read (1 to " + std::to_string(catalogue::kMaxSpectrumPoints) + ")")
         ->required()
-        ->check(CLI::Range(1L, static_cast<long>(catalogue::kMaxSpectrumPoints)))
+        ->check(CLI::Range(1L, static_cast<long>(catalogue::kMaxSpectrumPoints)).description(""))
         ->type_name("N");
     programPathOption(thresholds);
     simConfigOption(thresholds);

@@ -31,8 +31,8 @@ bool ParseShard(const std::string& text, int& index, int& count) {
 
 const command_line::ProgramText kText = {
     "lumiscope-devserver",
-    {"--config DIR [--shard I/N] [--listen ADDR] [--names HOST:PORT] [--advertise HOST:PORT]\n"
-     "                           [--write-hosts LIST] [--lease-ms MS]"},
+    {"--config DIR [--shard I/N] [--listen ADDR] [--names HOST:PORT] [--advertise HOST:PORT] "
+     "[--write-hosts LIST] [--lease-ms MS]"},
     "Serves a share of a configuration's device servers over the network, answered\n"
     "by the simulated accelerator (its Simulation.csv and LUMISCOPE_SIM_* settings).\n"
     "Prints \"listening on HOST:PORT\" once it serves; stops on SIGTERM or SIGINT.\n",

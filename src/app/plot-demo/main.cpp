@@ -40,12 +40,12 @@ std::optional<int> ParseDemoOptions(int argc, char** argv, command_line::Command
         ->type_name("DIR");
     app.add_option("--spectrum", options.spectrum, "the spectrum: 0 orbit horizontal, 1 orbit vertical,\n"
                                                     "2 fill pattern, 3 losses")
-        ->check(CLI::Range(0, 3))
+        ->check(CLI::Range(0, 3).description(""))
         ->type_name("N");
     app.add_option("--screenshot", options.screenshot, "save the window to FILE after --after ms and quit")
         ->type_name("FILE");
     app.add_option("--after", options.after, "milliseconds before the screenshot (default 3500)")
-        ->check(CLI::Range(0, 3'600'000))
+        ->check(CLI::Range(0, 3'600'000).description(""))
         ->type_name("MS");
     return commandLine.Parse(argc, argv, pass);
 }
