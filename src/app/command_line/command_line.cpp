@@ -35,15 +35,15 @@ std::string OptionEntry(const CLI::Option& option) {
     return entry + "\n";
 }
 
+// Options with a name, a sub-command's once even when several commands take it.
 void CollectOptions(const CLI::App& app, std::vector<const CLI::Option*>& options) {
-    for (const CLI::Option* option : app.get_options([](const CLI::Option* o) { return !o->get_lnames().empty() || !o->get_snames().empty(); }))
-        if (std::find(options.begin(), options.end(), option) == options.end()) {
-            // A sub-command's copy of an option the program already listed.
-            const bool listed = std::any_of(options.begin(), options.end(), [&](const CLI::Option* o) {
-                return o->get_lnames() == option->get_lnames() && o->get_snames() == option->get_snames();
-            });
-            if (!listed) options.push_back(option);
-        }
+    const auto named = [](const CLI::Option* o) { return !o->get_lnames().empty() || !o->get_snames().empty(); };
+    for (const CLI::Option* option : app.get_options(named)) {
+        const bool listed = std::any_of(options.begin(), options.end(), [&](const CLI::Option* o) {
+            return o->get_lnames() == option->get_lnames() && o->get_snames() == option->get_snames();
+        });
+        if (!listed) options.push_back(option);
+    }
     for (const CLI::App* sub : app.get_subcommands([](const CLI::App*) { return true; })) CollectOptions(*sub, options);
 }
 
@@ -52,7 +52,8 @@ std::vector<const CLI::Option*> ListedOptions(const CLI::App& app) {
     std::vector<const CLI::Option*> options;
     CollectOptions(app, options);
     std::stable_partition(options.begin(), options.end(), [](const CLI::Option* o) {
-        return o->get_lnames() != std::vector<std::string>{"help"} && o->get_lnames() != std::vector<std::string>{"version"};
+        const std::vector<std::string>& names = o->get_lnames();
+        return names != std::vector<std::string>{"help"} && names != std::vector<std::string>{"version"};
     });
     return options;
 }

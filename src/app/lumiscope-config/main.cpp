@@ -124,7 +124,8 @@ int Machines(const std::string& file) {
     JsonDocument& list = document["MachineList"] = JsonDocument::array();
     for (int16_t i = 0; i < cat.LastReport.rowsStored; ++i) {
         const auto& m = cat.MachineList[i];
-        list.push_back({{"Name", Text(m.Name)}, {"ConfigFile", Text(m.ConfigFile)}, {"MachineFile", Text(m.MachineFile)}});
+        list.push_back(
+            {{"Name", Text(m.Name)}, {"ConfigFile", Text(m.ConfigFile)}, {"MachineFile", Text(m.MachineFile)}});
     }
     return Finish(document, result, cat.LastReport, {});
 }
@@ -143,7 +144,8 @@ int Subsystems(const std::string& configDir, const std::string& file, const std:
             {{"Directory", Text(s.Directory)}, {"FileName", Text(s.FileName)}, {"Description", Text(s.Description)}});
     }
     JsonDocument& menu = document["MenuSubsystem"] = JsonDocument::array();
-    for (const MenuEntry& entry : window.menu) menu.push_back({{"caption", Text(entry.caption)}, {"visible", entry.visible}});
+    for (const MenuEntry& entry : window.menu)
+        menu.push_back({{"caption", Text(entry.caption)}, {"visible", entry.visible}});
     return Finish(document, result, cat.LastReport, window.messages);
 }
 
@@ -161,7 +163,8 @@ int Channels(const std::vector<std::string>& files, const std::string& programPa
         Diagnose(result, cat.LastReport);
         JsonDocument document = {{"result", result}, {"SpectrumCount", cat.SpectrumCount}};
         JsonDocument& list = document["SpectrumList"] = JsonDocument::array();
-        for (int16_t i = 0; i < cat.LastReport.rowsStored; ++i) list.push_back(Record(cat.SpectrumList[i], kChannelFields));
+        for (int16_t i = 0; i < cat.LastReport.rowsStored; ++i)
+            list.push_back(Record(cat.SpectrumList[i], kChannelFields));
         document["ComboVisible"] = window.comboVisible;
         JsonDocument& combo = document["Combo"] = JsonDocument::array();
         for (std::size_t p = 0; p < window.combo.size(); ++p)
@@ -249,7 +252,8 @@ int main(int argc, char** argv) try {
     history->add_option("FILE", file)->required();
     CLI::App* thresholds = options.add_subcommand("thresholds");
     thresholds->add_option("SOURCE", source)->required();
-    thresholds->add_option("--size", size, "elements to read (1 to " + std::to_string(catalogue::kMaxSpectrumPoints) + ")")
+    const std::string sizeHelp = "elements to read (1 to " + std::to_string(catalogue::kMaxSpectrumPoints) + ")";
+    thresholds->add_option("--size", size, sizeHelp)
         ->required()
         ->check(CLI::Range(1L, static_cast<long>(catalogue::kMaxSpectrumPoints)).description(""))
         ->type_name("N");

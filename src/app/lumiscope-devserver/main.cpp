@@ -71,7 +71,8 @@ int main(int argc, char** argv) {
     for (const auto& p : accelerator->model().problems) std::cerr << "lumiscope-devserver: " << p << "\n";
     for (const auto& p : accelerator->settings().problems) std::cerr << "lumiscope-devserver: " << p << "\n";
     net::DeviceServer server(accelerator, index, count, hosts);
-    if (server.Names().empty()) std::cerr << "lumiscope-devserver: shard " << index << "/" << count << " serves nothing\n";
+    if (server.Names().empty())
+        std::cerr << "lumiscope-devserver: shard " << index << "/" << count << " serves nothing\n";
 
     return net::RunServer(server, settings);
 }

@@ -7,14 +7,16 @@
 #include "net/server_runner.h"
 
 int main(int argc, char** argv) {
-    command_line::CommandLine commandLine({"lumiscope-names",
-                                           {"[--listen ADDR]"},
-                                           "The name service: servers register their /CONTEXT/SERVER names here with a\n"
-                                           "lease and renew it by heartbeats; clients ask it where a name is served.\n"
-                                           "Prints \"listening on HOST:PORT\" once it serves; stops on SIGTERM or SIGINT.\n",
-                                           ""});
+    command_line::CommandLine commandLine(
+        {"lumiscope-names",
+         {"[--listen ADDR]"},
+         "The name service: servers register their /CONTEXT/SERVER names here with a\n"
+         "lease and renew it by heartbeats; clients ask it where a name is served.\n"
+         "Prints \"listening on HOST:PORT\" once it serves; stops on SIGTERM or SIGINT.\n",
+         ""});
     net::ProgramOptions options;
-    command_line::DeclareServerOptions(commandLine, {command_line::CommonServerOptions("127.0.0.1:5900").front()}, options);
+    const command_line::ServerOption listen = command_line::CommonServerOptions("127.0.0.1:5900").front();
+    command_line::DeclareServerOptions(commandLine, {listen}, options);
     if (const auto exitCode = commandLine.Parse(argc, argv)) return *exitCode;
     net::BlockStopSignals();
     net::NameRegistry registry;

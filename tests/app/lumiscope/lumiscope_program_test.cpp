@@ -29,6 +29,8 @@ TEST(ViewerPrograms, AnswerTheirCommandLines) {
         {LUMISCOPE_VIEWER, {"--after", "-1", "--snapshot", "x.png"}, 2, "--after wants seconds"},
         {LUMISCOPE_VIEWER, {"--snapshot"}, 2, "--snapshot needs a value"},
         {LUMISCOPE_HOST, {"--snapshot", "x.png"}, 2, "unknown option --snapshot"},
+        // Qt's own options are Qt's, also before Qt has taken them.
+        {LUMISCOPE_VIEWER, {"-platform", "offscreen", "--quit-when-populated", "VESTA"}, 0, "populated after"},
         {LUMISCOPE_VIEWER, {"--snapshot", "/nonexistent/dir/x.png", "--after", "0"}, 1,
          "cannot save the snapshot to /nonexistent/dir/x.png"},
         {LUMISCOPE_VIEWER, {"--app-path", emptyDir, "--snapshot", emptyDir + "/v.png", "--after", "0"}, 0,
