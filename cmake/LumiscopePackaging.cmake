@@ -40,11 +40,10 @@ set(CPACK_PACKAGE_NAME lumiscope)
 set(CPACK_PACKAGE_VENDOR "Lumiscope developers")
 set(CPACK_PACKAGE_CONTACT "Lumiscope developers <lumiscope@localhost>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
-set(CPACK_DEBIAN_PACKAGE_DESCRIPTION "${PROJECT_DESCRIPTION}
- The stand-alone viewer, the Lumiscope control that host programs place on
- their windows (with its CMake package and Qt Designer plugin), the
- configuration and middleware tools and the network servers, with a sample
- configuration that runs against a built-in simulated accelerator.")
+set(CPACK_PACKAGE_DESCRIPTION "The stand-alone viewer, the Lumiscope control that host programs place on
+their windows (with its CMake package and Qt Designer plugin), the
+configuration and middleware tools and the network servers, with a sample
+configuration that runs against a built-in simulated accelerator.")
 set(CPACK_PACKAGE_INSTALL_DIRECTORY lumiscope)
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
