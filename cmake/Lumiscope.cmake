@@ -34,9 +34,9 @@ function(lumiscope_program name)
   add_executable(${name} ${ARG_SOURCES})
   target_link_libraries(${name} PRIVATE ${ARG_LIBS})
   # Every program lands in <build>/bin, where the scripts look for it.
+  # The sample configuration is found from there too (bin/configs), in an
+  # installed tree from <prefix>/share/lumiscope.
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
-  target_compile_definitions(${name} PRIVATE
-    LUMISCOPE_SAMPLE_CONFIG_DIR="${LUMISCOPE_SAMPLE_CONFIG_DIR}")
   if(ARG_QT)
     set_target_properties(${name} PROPERTIES AUTOMOC ON)
   endif()

@@ -11,6 +11,11 @@ packages=(
   python3-pyqtgraph python3-pyqt5 python3-numpy   # reference plots of bench/run plots
   libgrpc++-dev protobuf-compiler-grpc libprotobuf-dev protobuf-compiler   # the network transport and servers
   libsqlite3-dev libpq-dev postgresql-15   # the archiver's databases
+  libcli11-dev nlohmann-json3-dev     # the programs' options and JSON output
+  qt6-tools-dev                       # the Qt Designer plugin of the control
+  help2man                            # man pages from the programs' --help
+  desktop-file-utils appstream        # checks of the menu entry and the AppStream data
+  dpkg-dev file                       # the Debian package (cpack -G DEB)
 )
 missing=()
 for p in "${packages[@]}"; do

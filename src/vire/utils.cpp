@@ -4,6 +4,8 @@
 #include <cstdio>
 #include <ctime>
 #include <limits>
+#include <locale.h>
+#include <time.h>
 
 #include "vire/clock.h"
 
@@ -55,14 +57,13 @@ std::string CTIME(int64_t seconds) {
     const std::time_t t = static_cast<std::time_t>(seconds);
     std::tm parts{};
     if (localtime_r(&t, &parts) == nullptr) return "";
-    static constexpr const char* kDays[] = {"Sun", "Mon", "Tue", "Wed", "Thu", "Fri", "Sat"};
-    static constexpr const char* kMonths[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
-                                              "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
-    // C's ctime layout, written here so that the names never follow a locale.
+    // C's ctime layout in the C locale, whatever the environment's: the
+    // day and month names never follow a language setting.
+    static const locale_t cLocale = newlocale(LC_ALL_MASK, "C", static_cast<locale_t>(nullptr));
     char text[64];
-    std::snprintf(text, sizeof text, "%.3s %.3s%3d %.2d:%.2d:%.2d %d", kDays[parts.tm_wday % 7],
-                  kMonths[parts.tm_mon % 12], parts.tm_mday, parts.tm_hour, parts.tm_min,
-                  parts.tm_sec, parts.tm_year + 1900);
+    if (cLocale == static_cast<locale_t>(nullptr) ||
+        strftime_l(text, sizeof text, "%a %b %e %H:%M:%S %Y", &parts, cLocale) == 0)
+        return "";
     return std::string(text).substr(0, 24);
 }
 

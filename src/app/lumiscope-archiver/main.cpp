@@ -9,9 +9,9 @@
 // directory) or "postgresql://user@host:port/database". --names defaults to
 // LUMISCOPE_NAMES; the device servers are found through it (or through
 // LUMISCOPE_NAMES_FILE) for the recording.
-#include "app/tool_support/help_request.h"
 #include <iostream>
 
+#include "command_line/server_options.h"
 #include "net/archive_server.h"
 #include "net/network_transport.h"
 #include "net/program_options.h"
@@ -20,24 +20,32 @@
 
 namespace {
 
-const char* const kUsage =
-    "usage: lumiscope-archiver --config DIR [--db URI] [--listen ADDR] [--names HOST:PORT]"
-    " [--advertise HOST:PORT] [--lease-ms MS] [--record yes|no]\n";
-
-int Usage(const std::string& problem) {
-    std::cerr << "lumiscope-archiver: " << problem << "\n" << kUsage;
-    return 2;
-}
+const command_line::ProgramText kText = {
+    "lumiscope-archiver",
+    {"--config DIR [--db URI] [--listen ADDR] [--names HOST:PORT] [--advertise HOST:PORT] "
+     "[--lease-ms MS] [--record yes|no]"},
+    "Serves the local history servers and the central archivers of a configuration\n"
+    "from a database that records what the device servers deliver.\n"
+    "Prints \"listening on HOST:PORT\" once it serves; stops on SIGTERM or SIGINT.\n",
+    "environment:\n"
+    "  LUMISCOPE_NAMES        the name service when --names is not given\n"
+    "  LUMISCOPE_NAMES_FILE   a static names file for finding the device servers\n"};
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (tool_support::AnswerHelp(argc, argv, kUsage)) return 0;
+    command_line::CommandLine commandLine(kText);
+    std::vector<command_line::ServerOption> known = {
+        {"--config", "DIR", "the configuration directory whose history is served"},
+        {"--db", "URI", "an SQLite file (default: archive.sqlite in the user's\n"
+                        "data directory) or postgresql://USER@HOST:PORT/DATABASE"},
+        {"--record", "yes|no", "record what the device servers deliver (default yes)"}};
+    for (auto& option : command_line::CommonServerOptions("127.0.0.1:0, any free port")) known.push_back(option);
+    net::ProgramOptions options;
+    command_line::DeclareServerOptions(commandLine, known, options);
+    if (const auto exitCode = commandLine.Parse(argc, argv)) return *exitCode;
+    const auto Usage = [&](const std::string& problem) { return commandLine.Fail(problem); };
     net::BlockStopSignals();
-    std::vector<std::string> known = net::kServerOptions;
-    known.insert(known.end(), {"--config", "--db", "--record"});
-    const auto options = net::ParseProgramOptions(argc, argv, known);
-    if (!options.problem.empty()) return Usage(options.problem);
     const std::string config = options.Get("--config");
     if (config.empty()) return Usage("--config DIR is needed");
     net::ServerSettings settings;

@@ -1,32 +1,35 @@
 // lumiscope-config: reads, dumps (JSON) and checks a configuration directory
 // with the very readers the viewer uses.
-#include "app/tool_support/help_request.h"
-#include <cstdio>
-#include <cstdlib>
 #include <iostream>
-#include <optional>
-#include <variant>
 #include <string>
+#include <variant>
 #include <vector>
 
 #include "catalogue/config_check.h"
 #include "catalogue/readers.h"
-#include "tool_support/json_writer.h"
+#include "command_line/command_line.h"
 #include "sim/simulated_accelerator.h"
+#include "tool_support/installed_files.h"
+#include "tool_support/json_document.h"
 #include "vire/threshold_link.h"
 #include "tool_window.h"
 
 namespace {
 
-const char* kUsage =
-    "usage: lumiscope-config machines FILE\n"
-    "       lumiscope-config subsystems CONFIGDIR FILE [--program-path DIR]\n"
-    "       lumiscope-config channels FILE [FILE...] [--program-path DIR] [--sim-config DIR]\n"
-    "       lumiscope-config history FILE\n"
-    "       lumiscope-config thresholds SOURCE --size N [--program-path DIR] [--sim-config DIR]\n"
-    "       lumiscope-config check CONFIGDIR\n"
+using tool_support::JsonDocument;
+
+const command_line::ProgramText kText = {
+    "lumiscope-config",
+    {"machines FILE", "subsystems CONFIGDIR FILE [--program-path DIR]",
+     "channels FILE [FILE...] [--program-path DIR] [--sim-config DIR]", "history FILE",
+     "thresholds SOURCE --size N [--program-path DIR] [--sim-config DIR]", "check CONFIGDIR"},
+    "Reads a configuration file with the viewer's own readers and prints what they\n"
+    "stored as one JSON document (channels: one per file), or checks a whole\n"
+    "configuration directory. Exit code 0 when the readers succeed, 1 when one\n"
+    "fails, 2 for a mistake in the command line.\n"
     "Threshold link sources are read from the simulated accelerator of --sim-config\n"
-    "(default: the sample configuration; for check: CONFIGDIR).\n";
+    "(default: the sample configuration; for check: CONFIGDIR).\n",
+    ""};
 
 // Link sources are answered by the simulated accelerator of simConfigDir,
 // built once per run and installed as the transport of the link calls.
@@ -36,19 +39,23 @@ void UseSimulatedLinks(catalogue::Catalogue& cat, const std::string& simConfigDi
     vire::InstallThresholdLink(cat);
 }
 
-int Usage(const std::string& problem) {
-    std::cerr << "lumiscope-config: " << problem << "\n" << kUsage;
-    return 2;
-}
-
 std::string WithTrailingSeparator(std::string dir) {
     if (dir.empty() || (dir.back() != '/' && dir.back() != '\\')) dir += '/';
     return dir;
 }
 
-void Messages(JsonWriter& json, const std::vector<std::string>& messages) {
-    json.Key("messages").StringArray(messages);
+JsonDocument Text(const std::string& text) { return tool_support::Utf8Text(text); }
+
+JsonDocument Texts(const std::vector<std::string>& texts) {
+    JsonDocument list = JsonDocument::array();
+    for (const std::string& text : texts) list.push_back(Text(text));
+    return list;
 }
+
+// A field of a record as the document holds it.
+template <typename T>
+JsonDocument Value(const T& value) { return value; }
+JsonDocument Value(const std::string& value) { return Text(value); }
 
 // A record field by its JSON key, which is the field's own name.
 struct RecordField {
@@ -82,11 +89,11 @@ const RecordField kHistoryFields[] = {
 };
 
 template <std::size_t N>
-void Record(JsonWriter& json, const R& record, const RecordField (&fields)[N]) {
-    json.BeginObject();
+JsonDocument Record(const R& record, const RecordField (&fields)[N]) {
+    JsonDocument object = JsonDocument::object();
     for (const RecordField& field : fields)
-        std::visit([&](auto member) { json.Field(field.key, record.*member); }, field.member);
-    json.EndObject();
+        std::visit([&](auto member) { object[field.key] = Value(record.*member); }, field.member);
+    return object;
 }
 
 // Why a reader failed, on stderr: the document on stdout keeps its keys.
@@ -97,32 +104,30 @@ void Diagnose(int16_t result, const catalogue::ReaderReport& report) {
     std::cerr << ": " << report.error << " (result " << result << ")\n";
 }
 
-int Print(const JsonWriter& json, bool ok) {
-    std::cout << json.Text() << "\n";
+int Print(const JsonDocument& document, bool ok) {
+    std::cout << tool_support::JsonText(document) << "\n";
     return ok ? 0 : 1;
 }
 
 // Ends a reader's document with its messages and prints it.
-int Finish(JsonWriter& json, int16_t result, const catalogue::ReaderReport& report,
+int Finish(JsonDocument& document, int16_t result, const catalogue::ReaderReport& report,
            const std::vector<std::string>& messages) {
-    Messages(json, messages);
+    document["messages"] = Texts(messages);
     Diagnose(result, report);
-    return Print(json.EndObject(), result == 0);
+    return Print(document, result == 0);
 }
 
 int Machines(const std::string& file) {
     catalogue::Catalogue cat;
     const int16_t result = catalogue::ReadMachineFile(cat, file);
-    JsonWriter json;
-    json.BeginObject().Field("result", result).Field("MachineCount", cat.MachineCount);
-    json.Key("MachineList").BeginArray();
+    JsonDocument document = {{"result", result}, {"MachineCount", cat.MachineCount}};
+    JsonDocument& list = document["MachineList"] = JsonDocument::array();
     for (int16_t i = 0; i < cat.LastReport.rowsStored; ++i) {
         const auto& m = cat.MachineList[i];
-        json.BeginObject().Field("Name", m.Name).Field("ConfigFile", m.ConfigFile)
-            .Field("MachineFile", m.MachineFile).EndObject();
+        list.push_back(
+            {{"Name", Text(m.Name)}, {"ConfigFile", Text(m.ConfigFile)}, {"MachineFile", Text(m.MachineFile)}});
     }
-    json.EndArray();
-    return Finish(json, result, cat.LastReport, {});
+    return Finish(document, result, cat.LastReport, {});
 }
 
 int Subsystems(const std::string& configDir, const std::string& file, const std::string& programPath) {
@@ -131,19 +136,17 @@ int Subsystems(const std::string& configDir, const std::string& file, const std:
     if (!programPath.empty()) cat.ProgramPath = WithTrailingSeparator(programPath);
     ToolWindow window(cat);
     const int16_t result = catalogue::ReadSubsystemList(cat, window, cat.ConfigPath + file);
-    JsonWriter json;
-    json.BeginObject().Field("result", result).Field("SubsystemCount", cat.SubsystemCount);
-    json.Key("SubsystemList").BeginArray();
+    JsonDocument document = {{"result", result}, {"SubsystemCount", cat.SubsystemCount}};
+    JsonDocument& list = document["SubsystemList"] = JsonDocument::array();
     for (int16_t i = 0; i < cat.LastReport.rowsStored; ++i) {
         const auto& s = cat.SubsystemList[i];
-        json.BeginObject().Field("Directory", s.Directory).Field("FileName", s.FileName)
-            .Field("Description", s.Description).EndObject();
+        list.push_back(
+            {{"Directory", Text(s.Directory)}, {"FileName", Text(s.FileName)}, {"Description", Text(s.Description)}});
     }
-    json.EndArray().Key("MenuSubsystem").BeginArray();
+    JsonDocument& menu = document["MenuSubsystem"] = JsonDocument::array();
     for (const MenuEntry& entry : window.menu)
-        json.BeginObject().Field("caption", entry.caption).Field("visible", entry.visible).EndObject();
-    json.EndArray();
-    return Finish(json, result, cat.LastReport, window.messages);
+        menu.push_back({{"caption", Text(entry.caption)}, {"visible", entry.visible}});
+    return Finish(document, result, cat.LastReport, window.messages);
 }
 
 int Channels(const std::vector<std::string>& files, const std::string& programPath,
@@ -151,37 +154,34 @@ int Channels(const std::vector<std::string>& files, const std::string& programPa
     catalogue::Catalogue cat;  // one catalogue: values carry over from file to file
     cat.ApplicationPath = programPath.empty() ? "." : programPath;
     UseSimulatedLinks(cat, simConfig);
-    JsonWriter json;
-    json.BeginArray();
+    JsonDocument documents = JsonDocument::array();
     bool allOk = true;
     for (const std::string& file : files) {
         ToolWindow window(cat);
         const int16_t result = catalogue::ReadSpectrumConfig(cat, window, file);
         allOk = allOk && result == 0;
         Diagnose(result, cat.LastReport);
-        json.BeginObject().Field("result", result).Field("SpectrumCount", cat.SpectrumCount);
-        json.Key("SpectrumList").BeginArray();
-        for (int16_t i = 0; i < cat.LastReport.rowsStored; ++i) Record(json, cat.SpectrumList[i], kChannelFields);
-        json.EndArray().Field("ComboVisible", window.comboVisible).Key("Combo").BeginArray();
+        JsonDocument document = {{"result", result}, {"SpectrumCount", cat.SpectrumCount}};
+        JsonDocument& list = document["SpectrumList"] = JsonDocument::array();
+        for (int16_t i = 0; i < cat.LastReport.rowsStored; ++i)
+            list.push_back(Record(cat.SpectrumList[i], kChannelFields));
+        document["ComboVisible"] = window.comboVisible;
+        JsonDocument& combo = document["Combo"] = JsonDocument::array();
         for (std::size_t p = 0; p < window.combo.size(); ++p)
-            json.BeginObject().Field("text", window.combo[p])
-                .Field("spectrum", cat.ComboToSpectrum[static_cast<long>(p)]).EndObject();
-        json.EndArray();
-        Messages(json, window.messages);
-        json.EndObject();
+            combo.push_back({{"text", Text(window.combo[p])}, {"spectrum", cat.ComboToSpectrum[static_cast<long>(p)]}});
+        document["messages"] = Texts(window.messages);
+        documents.push_back(std::move(document));
     }
-    return Print(json.EndArray(), allOk);
+    return Print(documents, allOk);
 }
 
 int History(const std::string& file) {
     catalogue::Catalogue cat;
     const int16_t result = catalogue::ReadHistoryFile(cat, file);
-    JsonWriter json;
-    json.BeginObject().Field("result", result).Field("HistoryCount", cat.HistoryCount);
-    json.Key("HistoryList").BeginArray();
-    for (int16_t i = 0; i < cat.LastReport.rowsStored; ++i) Record(json, cat.HistoryList[i], kHistoryFields);
-    json.EndArray();
-    return Finish(json, result, cat.LastReport, {});
+    JsonDocument document = {{"result", result}, {"HistoryCount", cat.HistoryCount}};
+    JsonDocument& list = document["HistoryList"] = JsonDocument::array();
+    for (int16_t i = 0; i < cat.LastReport.rowsStored; ++i) list.push_back(Record(cat.HistoryList[i], kHistoryFields));
+    return Finish(document, result, cat.LastReport, {});
 }
 
 int Thresholds(const std::string& source, long size, const std::string& programPath,
@@ -192,13 +192,10 @@ int Thresholds(const std::string& source, long size, const std::string& programP
     ToolWindow window(cat);
     std::vector<float> high(static_cast<std::size_t>(size)), low(static_cast<std::size_t>(size));
     const int16_t result = catalogue::ReadThresholds(cat, window, source, high, low);
-    JsonWriter json;
-    json.BeginObject().Field("result", result);
-    json.Key("HighThresholds").FloatArray(high).Key("LowThresholds").FloatArray(low);
-    Messages(json, window.messages);
+    JsonDocument document = {{"result", result}, {"HighThresholds", high}, {"LowThresholds", low}};
+    document["messages"] = Texts(window.messages);
     if (result != catalogue::kThresholdsFromFile) Diagnose(result, cat.LastReport);
-    return Print(json.EndObject(), result == catalogue::kThresholdsByLink ||
-                                       result == catalogue::kThresholdsFromFile);
+    return Print(document, result == catalogue::kThresholdsByLink || result == catalogue::kThresholdsFromFile);
 }
 
 int Check(const std::string& configDir) {
@@ -220,44 +217,58 @@ int Check(const std::string& configDir) {
     return result.problems.empty() ? 0 : 1;
 }
 
-// The value of "--name VALUE" among args (removed from args), or nullopt.
-std::optional<std::string> TakeOption(std::vector<std::string>& args, const std::string& name) {
-    for (std::size_t i = 0; i < args.size(); ++i) {
-        if (args[i] != name) continue;
-        if (i + 1 >= args.size()) return std::string();
-        std::string value = args[i + 1];
-        args.erase(args.begin() + static_cast<long>(i), args.begin() + static_cast<long>(i) + 2);
-        return value;
-    }
-    return std::nullopt;
-}
-
 }  // namespace
 
 int main(int argc, char** argv) try {
-    if (tool_support::AnswerHelp(argc, argv, kUsage)) return 0;
-    std::vector<std::string> args(argv + 1, argv + argc);
-    if (args.empty()) return Usage("no command");
-    const std::string command = args.front();
-    args.erase(args.begin());
-    const std::string programPath = TakeOption(args, "--program-path").value_or("");
-    const std::optional<std::string> size = TakeOption(args, "--size");
+    command_line::CommandLine commandLine(kText);
+    CLI::App& options = commandLine.Options();
+    options.require_subcommand(1);
+    std::string file, configDir, programPath, source;
+    std::vector<std::string> files;
     // Link sources are answered by the simulated accelerator of this directory.
-    const std::string simConfig = TakeOption(args, "--sim-config").value_or(LUMISCOPE_SAMPLE_CONFIG_DIR);
+    std::string simConfig = tool_support::SampleConfigDirectory();
+    long size = 0;
+    const auto programPathOption = [&](CLI::App* command) {
+        command->add_option("--program-path", programPath,
+                            "the program directory, where a local SpectrumInfo.csv and\n"
+                            "relative threshold files are looked for")
+            ->type_name("DIR");
+    };
+    const auto simConfigOption = [&](CLI::App* command) {
+        command->add_option("--sim-config", simConfig, "the simulated accelerator's configuration directory")
+            ->type_name("DIR");
+    };
+    CLI::App* machines = options.add_subcommand("machines");
+    machines->add_option("FILE", file)->required();
+    CLI::App* subsystems = options.add_subcommand("subsystems");
+    subsystems->add_option("CONFIGDIR", configDir)->required();
+    subsystems->add_option("FILE", file)->required();
+    programPathOption(subsystems);
+    CLI::App* channels = options.add_subcommand("channels");
+    channels->add_option("FILE", files)->required();
+    programPathOption(channels);
+    simConfigOption(channels);
+    CLI::App* history = options.add_subcommand("history");
+    history->add_option("FILE", file)->required();
+    CLI::App* thresholds = options.add_subcommand("thresholds");
+    thresholds->add_option("SOURCE", source)->required();
+    const std::string sizeHelp = "elements to read (1 to " + std::to_string(catalogue::kMaxSpectrumPoints) + ")";
+    thresholds->add_option("--size", size, sizeHelp)
+        ->required()
+        ->check(CLI::Range(1L, static_cast<long>(catalogue::kMaxSpectrumPoints)).description(""))
+        ->type_name("N");
+    programPathOption(thresholds);
+    simConfigOption(thresholds);
+    CLI::App* check = options.add_subcommand("check");
+    check->add_option("CONFIGDIR", configDir)->required();
 
-    if (command == "machines" && args.size() == 1) return Machines(args[0]);
-    if (command == "subsystems" && args.size() == 2) return Subsystems(args[0], args[1], programPath);
-    if (command == "channels" && !args.empty()) return Channels(args, programPath, simConfig);
-    if (command == "history" && args.size() == 1) return History(args[0]);
-    if (command == "check" && args.size() == 1) return Check(args[0]);
-    if (command == "thresholds" && args.size() == 1) {
-        char* end = nullptr;
-        const long n = size ? std::strtol(size->c_str(), &end, 10) : 0;
-        if (!size || end == size->c_str() || *end != '\0' || n < 1 || n > catalogue::kMaxSpectrumPoints)
-            return Usage("thresholds needs --size N with N from 1 to " + std::to_string(catalogue::kMaxSpectrumPoints));
-        return Thresholds(args[0], n, programPath, simConfig);
-    }
-    return Usage("unknown command or wrong arguments: " + command);
+    if (const auto exitCode = commandLine.Parse(argc, argv)) return *exitCode;
+    if (*machines) return Machines(file);
+    if (*subsystems) return Subsystems(configDir, file, programPath);
+    if (*channels) return Channels(files, programPath, simConfig);
+    if (*history) return History(file);
+    if (*thresholds) return Thresholds(source, size, programPath, simConfig);
+    return Check(configDir);
 } catch (const std::exception& error) {
     // The readers end with their result; anything else is said, not aborted on.
     std::cerr << "lumiscope-config: unexpected failure: " << error.what() << "\n";

@@ -8,10 +8,10 @@
 // --names defaults to LUMISCOPE_NAMES, --write-hosts to LUMISCOPE_WRITE_HOSTS
 // and then to this machine only. The simulation's settings (seed, writers,
 // faults) come from the configuration's Simulation.csv and LUMISCOPE_SIM_*.
-#include "app/tool_support/help_request.h"
 #include <iostream>
 
 #include "catalogue/numbers.h"
+#include "command_line/server_options.h"
 #include "net/device_server.h"
 #include "net/program_options.h"
 #include "net/server_runner.h"
@@ -29,24 +29,32 @@ bool ParseShard(const std::string& text, int& index, int& count) {
     return true;
 }
 
-const char* const kUsage =
-    "usage: lumiscope-devserver --config DIR [--shard I/N] [--listen ADDR] [--names HOST:PORT]"
-    " [--advertise HOST:PORT] [--write-hosts LIST] [--lease-ms MS]\n";
-
-int Usage(const std::string& problem) {
-    std::cerr << "lumiscope-devserver: " << problem << "\n" << kUsage;
-    return 2;
-}
+const command_line::ProgramText kText = {
+    "lumiscope-devserver",
+    {"--config DIR [--shard I/N] [--listen ADDR] [--names HOST:PORT] [--advertise HOST:PORT] "
+     "[--write-hosts LIST] [--lease-ms MS]"},
+    "Serves a share of a configuration's device servers over the network, answered\n"
+    "by the simulated accelerator (its Simulation.csv and LUMISCOPE_SIM_* settings).\n"
+    "Prints \"listening on HOST:PORT\" once it serves; stops on SIGTERM or SIGINT.\n",
+    "environment:\n"
+    "  LUMISCOPE_NAMES        the name service when --names is not given\n"
+    "  LUMISCOPE_WRITE_HOSTS  who may write when --write-hosts is not given\n"};
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (tool_support::AnswerHelp(argc, argv, kUsage)) return 0;
+    command_line::CommandLine commandLine(kText);
+    std::vector<command_line::ServerOption> known = {
+        {"--config", "DIR", "the configuration directory whose device servers are served"},
+        {"--shard", "I/N", "the device servers sorted by name, every N-th from\nposition I (default 0/1: all)"},
+        {"--write-hosts", "LIST", "who may write thresholds: host names, addresses and\n"
+                                  "networks, comma-separated (default: this machine only)"}};
+    for (auto& option : command_line::CommonServerOptions("127.0.0.1:0, any free port")) known.push_back(option);
+    net::ProgramOptions options;
+    command_line::DeclareServerOptions(commandLine, known, options);
+    if (const auto exitCode = commandLine.Parse(argc, argv)) return *exitCode;
+    const auto Usage = [&](const std::string& problem) { return commandLine.Fail(problem); };
     net::BlockStopSignals();
-    std::vector<std::string> known = net::kServerOptions;
-    known.insert(known.end(), {"--config", "--shard", "--write-hosts"});
-    const auto options = net::ParseProgramOptions(argc, argv, known);
-    if (!options.problem.empty()) return Usage(options.problem);
     const std::string config = options.Get("--config");
     if (config.empty()) return Usage("--config DIR is needed");
     int index = 0, count = 1;
@@ -63,7 +71,8 @@ int main(int argc, char** argv) {
     for (const auto& p : accelerator->model().problems) std::cerr << "lumiscope-devserver: " << p << "\n";
     for (const auto& p : accelerator->settings().problems) std::cerr << "lumiscope-devserver: " << p << "\n";
     net::DeviceServer server(accelerator, index, count, hosts);
-    if (server.Names().empty()) std::cerr << "lumiscope-devserver: shard " << index << "/" << count << " serves nothing\n";
+    if (server.Names().empty())
+        std::cerr << "lumiscope-devserver: shard " << index << "/" << count << " serves nothing\n";
 
     return net::RunServer(server, settings);
 }

@@ -2,25 +2,23 @@
 // a lease and renew it by heartbeats; clients ask where a name is served.
 //
 //   lumiscope-names [--listen ADDR]     (default 127.0.0.1:5900)
-#include "app/tool_support/help_request.h"
-#include <iostream>
-
+#include "command_line/server_options.h"
 #include "net/name_registry.h"
-#include "net/program_options.h"
 #include "net/server_runner.h"
 
-namespace {
-const char* const kUsage = "usage: lumiscope-names [--listen ADDR]\n";
-}  // namespace
-
 int main(int argc, char** argv) {
-    if (tool_support::AnswerHelp(argc, argv, kUsage)) return 0;
+    command_line::CommandLine commandLine(
+        {"lumiscope-names",
+         {"[--listen ADDR]"},
+         "The name service: servers register their /CONTEXT/SERVER names here with a\n"
+         "lease and renew it by heartbeats; clients ask it where a name is served.\n"
+         "Prints \"listening on HOST:PORT\" once it serves; stops on SIGTERM or SIGINT.\n",
+         ""});
+    net::ProgramOptions options;
+    const command_line::ServerOption listen = command_line::CommonServerOptions("127.0.0.1:5900").front();
+    command_line::DeclareServerOptions(commandLine, {listen}, options);
+    if (const auto exitCode = commandLine.Parse(argc, argv)) return *exitCode;
     net::BlockStopSignals();
-    const auto options = net::ParseProgramOptions(argc, argv, {"--listen"});
-    if (!options.problem.empty()) {
-        std::cerr << "lumiscope-names: " << options.problem << "\n" << kUsage;
-        return 2;
-    }
     net::NameRegistry registry;
     net::ServerSettings settings;
     settings.listen = options.Get("--listen", "127.0.0.1:5900");

@@ -1,10 +1,11 @@
 // The stand-alone spectrum viewer: the viewer window with the start
 // arguments (machine, subsystem, "EXTRAS_ON") on the simulated accelerator.
-// See kViewerUsage (options.h) or run with --help.
+// See ViewerText (options.h) or run with --help.
 //
 // The window reads its configuration from the program directory's configs/
 // folder, as it does at the sites; the build links <build>/bin/configs to the
-// sample configuration, and --app-path names another program directory.
+// sample configuration, an installed viewer without one reads the installed
+// sample, and --app-path names another program directory.
 #include <QApplication>
 #include <QComboBox>
 #include <QDir>
@@ -21,6 +22,7 @@
 #include "control/program_location.h"
 #include "middleware.h"
 #include "options.h"
+#include "tool_support/installed_files.h"
 #include "unattended_dialogs.h"
 #include "viewer/form_state.h"
 #include "viewer/spectrum_form.h"
@@ -55,29 +57,41 @@ bool ShowsLiveSpectrum(const viewer::SpectrumForm* window) {
     return Populated(window) && window->State().LivePointCount > 0;
 }
 
+// The program directory in the system's form: the one asked for, else this
+// program's own when configs/ sits beside it (as at the sites, and in the
+// build tree), else the installed tree's data directory with its sample.
+std::string ApplicationPath(const std::string& asked) {
+    if (!asked.empty()) return control::SystemPath(QDir(QString::fromStdString(asked)).absolutePath().toStdString());
+    const std::string own = control::HostApplicationPath();
+    if (QDir(QString::fromStdString(catalogue::NativePath(own + "\\configs\\"))).exists()) return own;
+    const std::string installed = tool_support::InstalledDataDirectory().string();
+    if (!installed.empty() && QDir(QString::fromStdString(installed + "/configs")).exists())
+        return control::SystemPath(installed);
+    return own;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
     QElapsedTimer sinceStart;
     sinceStart.start();
-    if (HasArgument(argc, argv, "--help") || HasArgument(argc, argv, "-h")) {
-        std::fputs(lumiscope_app::kViewerUsage, stdout);
-        return 0;
-    }
-    // Mistakes in the options are reported before any display is needed.
-    std::string error;
-    if (!lumiscope_app::ParseViewerOptions(std::vector<std::string>(argv + 1, argv + argc), error)) {
-        std::fprintf(stderr, "lumiscope: %s (lumiscope --help lists the options)\n", error.c_str());
-        return 2;
+    // Help, the version and mistakes in the options need no display.
+    {
+        lumiscope_app::ViewerOptions early;
+        command_line::CommandLine commandLine(lumiscope_app::ViewerText());
+        lumiscope_app::DeclareViewerOptions(commandLine, early);
+        if (const auto exitCode = commandLine.Parse(argc, argv, command_line::CommandLine::Pass::BeforeQt))
+            return *exitCode;
     }
     ChooseOffscreenWhenHeadless(argc, argv);
     QApplication app(argc, argv);
     app.setApplicationName("lumiscope");
     // Again without the options Qt took for itself ("-platform ...").
-    const auto options = lumiscope_app::ParseViewerOptions(std::vector<std::string>(argv + 1, argv + argc), error);
-    const std::string applicationPath =
-        options->appPath.empty() ? control::HostApplicationPath()
-                                 : control::SystemPath(QDir(QString::fromStdString(options->appPath)).absolutePath().toStdString());
+    lumiscope_app::ViewerOptions options;
+    command_line::CommandLine commandLine(lumiscope_app::ViewerText());
+    lumiscope_app::DeclareViewerOptions(commandLine, options);
+    if (const auto exitCode = commandLine.Parse(argc, argv)) return *exitCode;
+    const std::string applicationPath = ApplicationPath(options.appPath);
     const std::string configDir = catalogue::NativePath(applicationPath + "\\configs\\");
 
     std::string problem;
@@ -87,26 +101,26 @@ int main(int argc, char** argv) {
     if (!transport) transport = lumiscope_app::SimulatedTransport(configDir, problem);
     if (!transport) std::fprintf(stderr, "lumiscope: %s\n", problem.c_str());
     lumiscope_app::Middleware middleware(transport);
-    const bool quitWhenReady = options->quitWhenPopulated || options->quitWhenLive;
-    const bool unattended = !options->snapshot.empty() || quitWhenReady;
+    const bool quitWhenReady = options.quitWhenPopulated || options.quitWhenLive;
+    const bool unattended = !options.snapshot.empty() || quitWhenReady;
     std::optional<lumiscope_app::UnattendedDialogs> dialogs;
     if (unattended) dialogs.emplace();
     // An unattended run ends by its own timer, even when start-up hid the window.
     if (unattended) app.setQuitOnLastWindowClosed(false);
 
     viewer::Library().OpenedByControl = false;
-    QPointer<viewer::SpectrumForm> window = new viewer::SpectrumForm(options->commandLine, applicationPath);
+    QPointer<viewer::SpectrumForm> window = new viewer::SpectrumForm(options.commandLine, applicationPath);
     if (const int32_t interval = lumiscope_app::PollIntervalSetting(); interval > 0)
         window->State().PollIntervalMs = interval;
-    if (options->width > 0) window->resize(options->width, options->height);
+    if (options.width > 0) window->resize(options.width, options.height);
     window->show();
-    if (options->channel >= 0) {
+    if (options.channel >= 0) {
         // What an operator's pick in the chooser does, through the chooser's own event.
-        if (window && window->SpectrumCombo && options->channel < window->SpectrumCombo->count()) {
-            window->SpectrumCombo->setCurrentIndex(options->channel);
-            emit window->SpectrumCombo->activated(options->channel);
+        if (window && window->SpectrumCombo && options.channel < window->SpectrumCombo->count()) {
+            window->SpectrumCombo->setCurrentIndex(options.channel);
+            emit window->SpectrumCombo->activated(options.channel);
         } else {
-            std::fprintf(stderr, "lumiscope: the channel chooser has no entry %d\n", options->channel);
+            std::fprintf(stderr, "lumiscope: the channel chooser has no entry %d\n", options.channel);
         }
     }
 
@@ -117,11 +131,11 @@ int main(int argc, char** argv) {
     }
 
     int result = 0;
-    if (!options->snapshot.empty()) {
+    if (!options.snapshot.empty()) {
         result = 1;  // until the picture is saved
-        const int afterMs = static_cast<int>(options->afterSeconds * 1000.0);
+        const int afterMs = static_cast<int>(options.afterSeconds * 1000.0);
         QTimer::singleShot(afterMs, &app, [&] {
-            const QString file = QString::fromStdString(options->snapshot);
+            const QString file = QString::fromStdString(options.snapshot);
             if (!window || !window->isVisible()) {
                 std::fprintf(stderr, "lumiscope: the viewer window is not shown, no snapshot taken\n");
             } else if (!window->grab().save(file)) {
@@ -136,14 +150,14 @@ int main(int argc, char** argv) {
     if (quitWhenReady) {
         result = 1;
         QObject::connect(&readyCheck, &QTimer::timeout, &app, [&] {
-            if (options->quitWhenLive ? ShowsLiveSpectrum(window) : Populated(window)) {
-                std::printf("%s after %lld ms\n", options->quitWhenLive ? "live" : "populated",
+            if (options.quitWhenLive ? ShowsLiveSpectrum(window) : Populated(window)) {
+                std::printf("%s after %lld ms\n", options.quitWhenLive ? "live" : "populated",
                             static_cast<long long>(sinceStart.elapsed()));
                 result = 0;
                 app.quit();
             } else if (sinceStart.elapsed() > kPopulatedLimitMs) {
                 std::fprintf(stderr, "lumiscope: the window was not %s within %d s\n",
-                             options->quitWhenLive ? "live" : "populated", kPopulatedLimitMs / 1000);
+                             options.quitWhenLive ? "live" : "populated", kPopulatedLimitMs / 1000);
                 app.quit();
             }
         });

@@ -19,73 +19,94 @@ bool ParseWindowSize(const std::string& text, int& width, int& height) {
     return true;
 }
 
-std::optional<ViewerOptions> ParseViewerOptions(const std::vector<std::string>& arguments, std::string& error) {
-    ViewerOptions options;
-    std::vector<std::string> words;
-    for (size_t i = 0; i < arguments.size(); ++i) {
-        const std::string& argument = arguments[i];
-        const bool takesValue = argument == "--app-path" || argument == "--size" || argument == "--snapshot" ||
-                                argument == "--after" || argument == "--channel" ||
-                                argument == "--select";
-        if (takesValue && i + 1 >= arguments.size()) {
-            error = argument + " needs a value";
-            return std::nullopt;
-        }
-        if (argument == "--help" || argument == "-h") {
-            options.help = true;
-        } else if (argument == "--app-path") {
-            options.appPath = arguments[++i];
-        } else if (argument == "--size") {
-            if (!ParseWindowSize(arguments[++i], options.width, options.height)) {
-                error = "--size wants WIDTHxHEIGHT, for example 1280x800, not \"" + arguments[i] + "\"";
-                return std::nullopt;
-            }
-        } else if (argument == "--channel") {
-            int64_t channel = 0;
-            if (!catalogue::ParseInteger(arguments[++i], 0, catalogue::kMaxSpectrum, channel)) {
-                error = "--channel wants a chooser entry (0 to 100), not \"" + arguments[i] + "\"";
-                return std::nullopt;
-            }
-            options.channel = static_cast<int>(channel);
-        } else if (argument == "--snapshot") {
-            options.snapshot = arguments[++i];
-        } else if (argument == "--after") {
-            const std::string& text = arguments[++i];
-            const double seconds = catalogue::NumericValue(text);
-            if (text.empty() || !catalogue::IsCleanNumber(text) || seconds < 0 || seconds > 86400) {
-                error = "--after wants seconds (0 to 86400), not \"" + text + "\"";
-                return std::nullopt;
-            }
-            options.afterSeconds = seconds;
-        } else if (argument == "--select") {
-            // Element names never hold a comma; empty names are left out.
-            const std::string& list = arguments[++i];
-            size_t from = 0;
-            while (from <= list.size()) {
-                const size_t comma = std::min(list.find(',', from), list.size());
-                if (comma > from) options.select.push_back(list.substr(from, comma - from));
-                from = comma + 1;
-            }
-            if (options.select.empty()) {
-                error = "--select wants element names, for example BPM.S01.C1,BPM.S01.C2";
-                return std::nullopt;
-            }
-        } else if (argument == "--quit-when-populated") {
-            options.quitWhenPopulated = true;
-        } else if (argument == "--quit-when-live") {
-            options.quitWhenLive = true;
-        } else if (argument.rfind("--", 0) == 0) {
-            error = "unknown option " + argument;
-            return std::nullopt;
-        } else {
-            words.push_back(argument);
-        }
-    }
-    for (const std::string& word : words) {
-        if (!options.commandLine.empty()) options.commandLine += ' ';
-        options.commandLine += word;
-    }
-    return options;
+const command_line::ProgramText& ViewerText() {
+    static const command_line::ProgramText text = {
+        "lumiscope",
+        {"[options] [MACHINE [SUBSYSTEM [EXTRAS_ON]]]"},
+        "Opens the spectrum viewer on the simulated accelerator. The words that are\n"
+        "not options are the start arguments, joined with blanks (\"VESTA,BLM\" works too):\n"
+        "the first machine whose name contains MACHINE, its first subsystem whose file\n"
+        "name contains SUBSYSTEM, and EXTRAS_ON for the extra channels.\n"
+        "The configuration is read from configs/ in the program directory; when there\n"
+        "is none, from the sample configuration of the installation\n"
+        "(<prefix>/share/lumiscope/configs).\n",
+        "environment:\n"
+        "  LUMISCOPE_POLL_MS    the channel's live links poll at this interval (ms)\n"
+        "  LUMISCOPE_TRANSPORT=network, LUMISCOPE_NAMES  the middleware over the network\n"
+        "                       instead of the simulated accelerator (see the README)\n"
+        "  LUMISCOPE_SIM_FAULTS, LUMISCOPE_SIM_SEED, LUMISCOPE_SIM_WRITERS\n"
+        "                       the simulated accelerator's settings (see the README)\n"
+        "  LUMISCOPE_LOGBOOK_DIR  where printed snapshots are filed without a logbook printer\n"};
+    return text;
+}
+
+void DeclareViewerOptions(command_line::CommandLine& commandLine, ViewerOptions& options) {
+    CLI::App& app = commandLine.Options();
+    ViewerOptions* const parsed = &options;
+    app.add_option("--app-path", options.appPath,
+                   "the program directory: the configuration is read from\n"
+                   "DIR/configs/ (default: this program's directory, where\n"
+                   "the build links configs/ to the sample configuration)")
+        ->type_name("DIR");
+    app.add_option_function<std::string>(
+           "--size",
+           [parsed](const std::string& text) {
+               if (!ParseWindowSize(text, parsed->width, parsed->height))
+                   throw CLI::ValidationError("--size wants WIDTHxHEIGHT, for example 1280x800, not \"" + text + "\"");
+           },
+           "window size in pixels, for example 1280x800")
+        ->type_name("WxH");
+    app.add_option_function<std::string>(
+           "--channel",
+           [parsed](const std::string& text) {
+               int64_t channel = 0;
+               if (!catalogue::ParseInteger(text, 0, catalogue::kMaxSpectrum, channel))
+                   throw CLI::ValidationError("--channel wants a chooser entry (0 to 100), not \"" + text + "\"");
+               parsed->channel = static_cast<int>(channel);
+           },
+           "choose entry N (0 = first) of the channel chooser once\n"
+           "the window has started, as the operator would (the\n"
+           "window starts on the chooser's first channel)")
+        ->type_name("N");
+    app.add_option("--snapshot", options.snapshot,
+                   "save a picture of the window after --after seconds of\nlive data, then exit (0 when saved)")
+        ->type_name("FILE.png");
+    app.add_option_function<std::string>(
+           "--after",
+           [parsed](const std::string& text) {
+               const double seconds = catalogue::NumericValue(text);
+               if (text.empty() || !catalogue::IsCleanNumber(text) || seconds < 0 || seconds > 86400)
+                   throw CLI::ValidationError("--after wants seconds (0 to 86400), not \"" + text + "\"");
+               parsed->afterSeconds = seconds;
+           },
+           "live time before the snapshot (default 3; 0 = at once)")
+        ->type_name("SECONDS");
+    app.add_option_function<std::string>(
+           "--select",
+           [parsed](const std::string& list) {
+               // Element names never hold a comma; empty names are left out.
+               parsed->select.clear();
+               size_t from = 0;
+               while (from <= list.size()) {
+                   const size_t comma = std::min(list.find(',', from), list.size());
+                   if (comma > from) parsed->select.push_back(list.substr(from, comma - from));
+                   from = comma + 1;
+               }
+               if (parsed->select.empty())
+                   throw CLI::ValidationError("--select wants element names, for example BPM.S01.C1,BPM.S01.C2");
+           },
+           "follow these elements of the chosen channel from the\n"
+           "start, as if picked in the element chooser (names as the\n"
+           "spectrum labels them; at most 9)")
+        ->type_name("NAME[,NAME...]");
+    app.add_flag("--quit-when-populated", options.quitWhenPopulated,
+                 "exit as soon as the window is shown with its start-up\n"
+                 "done (machines, subsystems and channels read)");
+    app.add_flag("--quit-when-live", options.quitWhenLive, "exit as soon as the window shows a live spectrum");
+    app.add_option_function<std::vector<std::string>>("MACHINE", [parsed](const std::vector<std::string>& words) {
+        parsed->commandLine.clear();
+        for (const std::string& word : words) parsed->commandLine += (parsed->commandLine.empty() ? "" : " ") + word;
+    });
 }
 
 }  // namespace lumiscope_app

@@ -1,26 +1,13 @@
 #include "arguments.h"
 
-#include <cerrno>
 #include <cstdlib>
 #include <limits>
 
 #include "catalogue/numbers.h"
+#include "command_line/command_line.h"
 #include "vire/formats.h"
 
-const char* const kUsage =
-    "usage: vire-call ADDRESS PROPERTY [--count N] [--format NAME] [--input I,I...]\n"
-    "       vire-call ADDRESS PROPERTY --write V[,V...] [--format NAME]\n"
-    "       vire-call --names /CONTEXT/SERVER PROPERTY [--count N]\n"
-    "       vire-call --props /CONTEXT/SERVER [PROPERTY]\n"
-    "       vire-call --history ADDRESS PROPERTY --from T --to T [--mode M] [--count N]\n"
-    "       vire-call --spectrum ADDRESS PROPERTY --at T --count N\n"
-    "       vire-call --format-name CODE | --error-text CODE | --ctime T\n"
-    "common options: --json, --timeout MS (1000), --config DIR (the simulated\n"
-    "accelerator's configuration directory; default the sample one), --user NAME.\n"
-    "Times T are Unix seconds, now, or now-SECONDS. ADDRESS is /CONTEXT/SERVER/DEVICE.\n";
-
 namespace {
-
 
 bool ParseTime(const std::string& text, int64_t now, int64_t& value) {
     if (text == "now") {
@@ -46,84 +33,124 @@ std::vector<std::string> SplitCommas(const std::string& text) {
     }
 }
 
+int64_t Integer(const std::string& option, const std::string& text, int64_t low, int64_t high, const std::string& wants) {
+    int64_t value = 0;
+    if (!catalogue::ParseInteger(text, low, high, value)) throw CLI::ValidationError(option + " needs " + wants);
+    return value;
+}
+
 }  // namespace
 
-std::string ParseArguments(const std::vector<std::string>& args, int64_t now, CallArguments& parsed) {
-    std::vector<std::string> positional;
-    for (size_t i = 0; i < args.size(); ++i) {
-        const std::string& arg = args[i];
-        auto value = [&](std::string& out) -> bool {
-            if (i + 1 >= args.size()) return false;
-            out = args[++i];
-            return true;
+void DeclareArguments(command_line::CommandLine& commandLine, int64_t now, CallArguments& arguments) {
+    CLI::App& app = commandLine.Options();
+    // The options fill the arguments when the command line is parsed.
+    CallArguments* const parsed = &arguments;
+    auto kind = [parsed](CallKind k) {
+        return [parsed, k](int64_t) {
+            if (parsed->kind != CallKind::Read && parsed->kind != k)
+                throw CLI::ValidationError("one kind of call at a time");
+            parsed->kind = k;
         };
-        std::string text;
-        int64_t number = 0;
-        if (arg == "--json") {
-            parsed.json = true;
-        } else if (arg == "--names") {
-            parsed.kind = CallKind::Names;
-        } else if (arg == "--props") {
-            parsed.kind = CallKind::Properties;
-        } else if (arg == "--history") {
-            parsed.kind = CallKind::History;
-        } else if (arg == "--spectrum") {
-            parsed.kind = CallKind::Spectrum;
-        } else if (arg == "--format-name" || arg == "--error-text" || arg == "--ctime") {
-            parsed.kind = arg == "--format-name" ? CallKind::FormatName
-                          : arg == "--error-text" ? CallKind::ErrorText
-                                                  : CallKind::Ctime;
-            const int64_t low = parsed.kind == CallKind::Ctime ? std::numeric_limits<int64_t>::min() / 2 : -32768;
-            const int64_t high = parsed.kind == CallKind::Ctime ? std::numeric_limits<int64_t>::max() / 2 : 32767;
-            if (!value(text) || !catalogue::ParseInteger(text, low, high, parsed.number))
-                return arg + " needs a number" + (parsed.kind == CallKind::Ctime ? "" : " from -32768 to 32767");
-        } else if (arg == "--count") {
-            // Any 32-bit count: what is out of range is for the call to answer.
-            if (!value(text) || !catalogue::ParseInteger(text, std::numeric_limits<int32_t>::min(),
-                                                         std::numeric_limits<int32_t>::max(), number))
-                return "--count needs a 32-bit number";
-            parsed.count = static_cast<int32_t>(number);
-            parsed.countGiven = true;
-        } else if (arg == "--format") {
-            if (!value(text)) return "--format needs a format name";
-            const int16_t code = vire::FormatCode(text);
-            if (code == 0) return "unknown format \"" + text + "\"";
-            parsed.format = code;
-        } else if (arg == "--write") {
-            if (!value(text)) return "--write needs values";
-            parsed.kind = CallKind::Write;
-            for (const auto& part : SplitCommas(text)) {
-                char* end = nullptr;
-                const double v = std::strtod(part.c_str(), &end);
-                if (part.empty() || *end != '\0') return "unreadable value \"" + part + "\"";
-                parsed.writeValues.push_back(v);
-            }
-        } else if (arg == "--input") {
-            if (!value(text)) return "--input needs integers";
-            for (const auto& part : SplitCommas(text)) {
-                if (!ParseTime(part, now, number)) return "unreadable input \"" + part + "\"";
-                parsed.input.push_back(static_cast<int32_t>(number));
-            }
-        } else if (arg == "--from" || arg == "--to" || arg == "--at") {
-            if (!value(text) || !ParseTime(text, now, number)) return arg + " needs a time";
-            (arg == "--from" ? parsed.from : arg == "--to" ? parsed.to : parsed.at) = number;
-        } else if (arg == "--mode") {
-            if (!value(text) || !catalogue::ParseInteger(text, -1000, 1000, number)) return "--mode needs a number";
-            parsed.mode = static_cast<int32_t>(number);
-        } else if (arg == "--timeout") {
-            if (!value(text) || !catalogue::ParseInteger(text, 0, 600'000, number)) return "--timeout needs milliseconds";
-            parsed.timeoutMs = static_cast<int32_t>(number);
-        } else if (arg == "--config") {
-            if (!value(parsed.configDir)) return "--config needs a directory";
-        } else if (arg == "--user") {
-            if (!value(text)) return "--user needs a name";
-            parsed.user = text;
-        } else if (arg.size() > 2 && arg.rfind("--", 0) == 0) {
-            return "unknown option " + arg;
-        } else {
-            positional.push_back(arg);
-        }
+    };
+    app.add_flag_function("--names", kind(CallKind::Names), "the element names of a server's property");
+    app.add_flag_function("--props", kind(CallKind::Properties), "the property list of a server");
+    app.add_flag_function("--history", kind(CallKind::History), "values of a history property between --from and --to");
+    app.add_flag_function("--spectrum", kind(CallKind::Spectrum), "the stored spectrum at --at");
+    const auto conversion = [parsed, kind](CallKind k, const std::string& option) {
+        return [parsed, k, option, kind](const std::string& text) {
+            kind(k)(0);
+            const bool time = k == CallKind::Ctime;
+            const int64_t low = time ? std::numeric_limits<int64_t>::min() / 2 : -32768;
+            const int64_t high = time ? std::numeric_limits<int64_t>::max() / 2 : 32767;
+            parsed->number = Integer(option, text, low, high, time ? "a number" : "a number from -32768 to 32767");
+        };
+    };
+    app.add_option_function<std::string>("--format-name", conversion(CallKind::FormatName, "--format-name"),
+                                         "the name of a format code")
+        ->type_name("CODE");
+    app.add_option_function<std::string>("--error-text", conversion(CallKind::ErrorText, "--error-text"),
+                                         "the text of a completion code")
+        ->type_name("CODE");
+    app.add_option_function<std::string>("--ctime", conversion(CallKind::Ctime, "--ctime"),
+                                         "the local-time text of a time")
+        ->type_name("T");
+    app.add_option_function<std::string>(
+           "--count",
+           [parsed](const std::string& text) {
+               // Any 32-bit count: what is out of range is for the call to answer.
+               parsed->count = static_cast<int32_t>(Integer("--count", text, std::numeric_limits<int32_t>::min(),
+                                                           std::numeric_limits<int32_t>::max(), "a 32-bit number"));
+               parsed->countGiven = true;
+           },
+           "elements to read")
+        ->type_name("N");
+    app.add_option_function<std::string>(
+           "--format",
+           [parsed](const std::string& text) {
+               const int16_t code = vire::FormatCode(text);
+               if (code == 0) throw CLI::ValidationError("unknown format \"" + text + "\"");
+               parsed->format = code;
+           },
+           "the format to read or write (default SINGLE)")
+        ->type_name("NAME");
+    app.add_option_function<std::string>(
+           "--write",
+           [parsed, kind](const std::string& text) {
+               kind(CallKind::Write)(0);
+               for (const auto& part : SplitCommas(text)) {
+                   char* end = nullptr;
+                   const double v = std::strtod(part.c_str(), &end);
+                   if (part.empty() || *end != '\0') throw CLI::ValidationError("unreadable value \"" + part + "\"");
+                   parsed->writeValues.push_back(v);
+               }
+           },
+           "write these values instead of reading")
+        ->type_name("V[,V...]");
+    app.add_option_function<std::string>(
+           "--input",
+           [parsed, now](const std::string& text) {
+               for (const auto& part : SplitCommas(text)) {
+                   int64_t number = 0;
+                   if (!ParseTime(part, now, number)) throw CLI::ValidationError("unreadable input \"" + part + "\"");
+                   parsed->input.push_back(static_cast<int32_t>(number));
+               }
+           },
+           "LONG input values of a read")
+        ->type_name("I,I...");
+    for (const auto& [option, target] : {std::pair{"--from", &parsed->from}, {"--to", &parsed->to}, {"--at", &parsed->at}}) {
+        app.add_option_function<std::string>(
+               option,
+               [option = std::string(option), target = target, now](const std::string& text) {
+                   if (!ParseTime(text, now, *target)) throw CLI::ValidationError(option + " needs a time");
+               },
+               std::string(option) == "--at" ? "the time of the spectrum" : std::string("the time window's ") +
+                                                                            (std::string(option) == "--from" ? "start" : "end"))
+            ->type_name("T");
     }
+    app.add_option_function<std::string>(
+           "--mode",
+           [parsed](const std::string& text) { parsed->mode = static_cast<int32_t>(Integer("--mode", text, -1000, 1000, "a number")); },
+           "the history request's mode")
+        ->type_name("M");
+    app.add_option_function<std::string>(
+           "--timeout",
+           [parsed](const std::string& text) {
+               parsed->timeoutMs = static_cast<int32_t>(Integer("--timeout", text, 0, 600'000, "milliseconds"));
+           },
+           "the call's time-out in milliseconds (default 1000)")
+        ->type_name("MS");
+    app.add_flag("--json", arguments.json, "one JSON document instead of text");
+    app.add_option("--config", arguments.configDir,
+                   "the simulated accelerator's configuration directory\n(default: the sample configuration)")
+        ->type_name("DIR");
+    app.add_option_function<std::string>(
+           "--user", [parsed](const std::string& text) { parsed->user = text; }, "the user name the call carries")
+        ->type_name("NAME");
+    app.add_option("ADDRESS", arguments.words);
+}
+
+std::string CompleteArguments(CallArguments& parsed) {
+    const std::vector<std::string>& positional = parsed.words;
     switch (parsed.kind) {
     case CallKind::FormatName:
     case CallKind::ErrorText:

@@ -24,10 +24,17 @@ struct CallArguments {
     std::string configDir;  // the simulated accelerator's
     std::optional<std::string> user;
     int64_t number = 0;  // argument of the conversions
+    std::vector<std::string> words;  // the command line's address and property
 };
 
-// Parses argv (without the program name); "" on success, else what is wrong.
-// Times are Unix seconds, "now" or "now-SECONDS".
-std::string ParseArguments(const std::vector<std::string>& args, int64_t now, CallArguments& parsed);
+namespace command_line {
+class CommandLine;
+}
 
-extern const char* const kUsage;
+// Declares vire-call's options on the command line, to be read into `parsed`.
+// Times are Unix seconds, "now" or "now-SECONDS", taken relative to `now`.
+void DeclareArguments(command_line::CommandLine& commandLine, int64_t now, CallArguments& parsed);
+
+// What the options cannot check one by one: "" when the call is complete,
+// else what is missing.
+std::string CompleteArguments(CallArguments& parsed);

@@ -1,15 +1,15 @@
 // vire-call: one link call from the shell, answered by the simulated
 // accelerator of a configuration directory.
-#include "app/tool_support/help_request.h"
 #include <algorithm>
 #include <iostream>
 #include <string>
 #include <vector>
 
 #include "arguments.h"
+#include "command_line/command_line.h"
 #include "output.h"
 #include "sim/simulated_accelerator.h"
-#include "tool_support/json_writer.h"
+#include "tool_support/installed_files.h"
 #include "vire/completion_codes.h"
 #include "vire/formats.h"
 #include "vire/link.h"
@@ -18,6 +18,22 @@
 #include "vire/wire.h"
 
 namespace {
+
+const command_line::ProgramText kText = {
+    "vire-call",
+    {"ADDRESS PROPERTY [--count N] [--format NAME] [--input I,I...]", "ADDRESS PROPERTY --write V[,V...] [--format NAME]",
+     "--names /CONTEXT/SERVER PROPERTY [--count N]", "--props /CONTEXT/SERVER [PROPERTY]",
+     "--history ADDRESS PROPERTY --from T --to T [--mode M] [--count N]", "--spectrum ADDRESS PROPERTY --at T --count N",
+     "--format-name CODE | --error-text CODE | --ctime T"},
+    "One link call of the middleware from the shell, answered by the simulated\n"
+    "accelerator of a configuration directory. ADDRESS is /CONTEXT/SERVER/DEVICE;\n"
+    "times T are Unix seconds, now, or now-SECONDS. Exit code 0 when the call\n"
+    "succeeds, 1 when it ends with a completion code, 2 for a mistake in the\n"
+    "command line.\n",
+    "examples:\n"
+    "  vire-call /ORKA/BPMQ1/ORBIT ORBIT.X --count 32\n"
+    "  vire-call --names /ORKA/BLMSRV LOSS.FAST\n"
+    "  vire-call --history /ORKA/BPMHIST/BPM.S01.C1 ORBIT.X.Q1.HIST --from now-3600 --to now\n"};
 
 std::vector<std::byte> LongInput(const std::vector<int32_t>& values) {
     std::vector<std::byte> bytes(values.size() * 4);
@@ -127,15 +143,12 @@ int Run(const CallArguments& a) {
 }  // namespace
 
 int main(int argc, char** argv) try {
-    if (tool_support::AnswerHelp(argc, argv, kUsage)) return 0;
+    command_line::CommandLine commandLine(kText);
     CallArguments arguments;
-    arguments.configDir = LUMISCOPE_SAMPLE_CONFIG_DIR;
-    const std::string problem =
-        ParseArguments(std::vector<std::string>(argv + 1, argv + argc), vire::UNIXTIME(), arguments);
-    if (!problem.empty()) {
-        std::cerr << "vire-call: " << problem << "\n" << kUsage;
-        return 2;
-    }
+    arguments.configDir = tool_support::SampleConfigDirectory();
+    DeclareArguments(commandLine, vire::UNIXTIME(), arguments);
+    if (const auto exitCode = commandLine.Parse(argc, argv)) return *exitCode;
+    if (const std::string problem = CompleteArguments(arguments); !problem.empty()) return commandLine.Fail(problem);
     return Run(arguments);
 } catch (const std::exception& error) {
     // Nothing below is meant to throw; if it does, say so rather than abort.

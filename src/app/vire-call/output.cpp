@@ -3,7 +3,6 @@
 #include <cstdio>
 #include <iostream>
 
-#include "tool_support/json_writer.h"
 #include "vire/fltint.h"
 #include "vire/formats.h"
 #include "vire/link.h"
@@ -22,12 +21,15 @@ std::string Hex(std::span<const std::byte> bytes) {
     return text;
 }
 
-std::string Quoted(const std::string& text) { return "\"" + JsonEscape(text) + "\""; }
+using tool_support::JsonDocument;
+using tool_support::ShortestFloat;
 
-void Add(Answer& answer, const std::string& json, const std::string& plain) {
-    answer.texts.push_back(json);
+void Add(Answer& answer, JsonDocument value, const std::string& plain) {
+    answer.values.push_back(std::move(value));
     answer.plain.push_back(plain);
 }
+
+JsonDocument Text(const std::string& text) { return tool_support::Utf8Text(text); }
 
 }  // namespace
 
@@ -35,9 +37,8 @@ void DecodeValues(Answer& answer, int16_t format, std::span<const std::byte> buf
     const int16_t code = vire::CanonicalFormat(format);
     if (code == vire::kFormatFltInt) {
         for (const vire::FltInt& record : vire::DecodeFltInt(buffer, count)) {
-            const std::string v = ShortestFloat(record.value);
-            const std::string t = std::to_string(record.time);
-            Add(answer, "{\"value\":" + v + ",\"time\":" + t + "}", v + "  " + t + "  " + vire::CTIME(record.time));
+            Add(answer, {{"value", record.value}, {"time", record.time}},
+                ShortestFloat(record.value) + "  " + std::to_string(record.time) + "  " + vire::CTIME(record.time));
         }
         return;
     }
@@ -47,37 +48,35 @@ void DecodeValues(Answer& answer, int16_t format, std::span<const std::byte> buf
         if (width == 0 || at + width > buffer.size()) break;
         const auto element = buffer.subspan(at, width);
         if (code == vire::kFormatSingle) {
-            const std::string v = ShortestFloat(vire::LoadFloat(element, 0));
-            Add(answer, v, v);
+            const float v = vire::LoadFloat(element, 0);
+            Add(answer, v, ShortestFloat(v));
         } else if (code == vire::kFormatLong) {
-            const std::string v = std::to_string(vire::LoadInt32(element, 0));
-            Add(answer, v, v);
+            const int32_t v = vire::LoadInt32(element, 0);
+            Add(answer, v, std::to_string(v));
         } else if (code == vire::kFormatShort) {
-            const auto v = std::to_string(static_cast<int16_t>(static_cast<uint16_t>(element[0]) |
-                                                                (static_cast<uint16_t>(element[1]) << 8)));
-            Add(answer, v, v);
+            const auto v = static_cast<int16_t>(static_cast<uint16_t>(element[0]) | (static_cast<uint16_t>(element[1]) << 8));
+            Add(answer, v, std::to_string(v));
         } else if (vire::IsNameFormat(format) || code == vire::kFormatText) {
             const std::string v = vire::Bytes2String(element);
-            Add(answer, Quoted(v), v);
+            Add(answer, Text(v), v);
         } else {
-            Add(answer, Quoted(Hex(element)), Hex(element));
+            Add(answer, Hex(element), Hex(element));
         }
     }
 }
 
 void AddNames(Answer& answer, const std::vector<std::string>& names) {
-    for (const auto& name : names) Add(answer, Quoted(name), name);
+    for (const auto& name : names) Add(answer, Text(name), name);
 }
 
 int PrintAnswer(const Answer& answer, bool json, const std::string& what) {
     const std::string errorText = vire::ErrorText(answer.status);
     if (json) {
-        std::string doc = "{\"status\":" + std::to_string(answer.status) + ",\"errorText\":" + Quoted(errorText) +
-                          ",\"format\":" + Quoted(vire::FormatName(answer.format));
-        if (answer.stamp != 0) doc += ",\"stamp\":" + std::to_string(answer.stamp);
-        doc += ",\"values\":[";
-        for (size_t i = 0; i < answer.texts.size(); ++i) doc += (i ? "," : "") + answer.texts[i];
-        std::cout << doc << "]}\n";
+        JsonDocument document = {
+            {"status", answer.status}, {"errorText", Text(errorText)}, {"format", Text(vire::FormatName(answer.format))}};
+        if (answer.stamp != 0) document["stamp"] = answer.stamp;
+        document["values"] = answer.values;
+        std::cout << tool_support::JsonText(document) << "\n";
     } else {
         std::cout << what << ": " << answer.plain.size() << " " << vire::FormatName(answer.format) << "\n";
         if (answer.stamp != 0) std::cout << "stamp " << answer.stamp << "  " << vire::CTIME(answer.stamp) << "\n";

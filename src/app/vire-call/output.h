@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "tool_support/json_document.h"
 #include "vire/data_object.h"
 
 // One answer: values decoded from the buffer by format, or names.
@@ -14,7 +15,7 @@ struct Answer {
     vire::Status status = 0;
     int16_t format = 0;
     int32_t stamp = 0;
-    std::vector<std::string> texts;  // decoded values, as JSON (numbers, strings, objects)
+    tool_support::JsonDocument values = tool_support::JsonDocument::array();  // decoded values
     std::vector<std::string> plain;  // the same values for the text output
 };
 
