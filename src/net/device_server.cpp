@@ -1,15 +1,36 @@
 #include "net/device_server.h"
 
 #include <algorithm>
+#include <bit>
+#include <cmath>
 
+#include "net/write_gate.h"
 #include "vire/completion_codes.h"
+#include "vire/formats.h"
 #include "vire/link.h"
+#include "vire/wire.h"
 
 namespace net {
 namespace {
 
 std::string ServerOfDevice(const std::string& deviceAddress) {
     return sim::ParseAddress(deviceAddress).ServerAddress();
+}
+
+// A threshold of NaN or infinity would disable the limit it stands for.
+bool AllFinite(const vire::DataObject& in) {
+    const int16_t format = vire::CanonicalFormat(in.format);
+    const size_t width = format == vire::kFormatSingle ? 4 : format == vire::kFormatDouble ? 8 : 0;
+    if (width == 0) return true;
+    const size_t count = std::min(static_cast<size_t>(std::max(in.count, 0)), in.buffer.size() / width);
+    for (size_t i = 0; i < count; ++i) {
+        const double value =
+            width == 4 ? vire::LoadFloat(in.buffer, 4 * i)
+                       : std::bit_cast<double>(vire::LoadUint32(in.buffer, 8 * i) |
+                                               static_cast<uint64_t>(vire::LoadUint32(in.buffer, 8 * i + 4)) << 32);
+        if (!std::isfinite(value)) return false;
+    }
+    return true;
 }
 
 }  // namespace
@@ -50,9 +71,11 @@ vire::Status DeviceServer::Answer(const LinkRequest& request, ServerBuffers& buf
     if (access != vire::kAccessWrite)
         return accelerator_->Call(request.device(), request.property(), buffers.outObject, buffers.inObject, access,
                                   timeoutMs);
-    if (!writeHosts_.Allows(caller.claimedHost, caller.peerAddress)) return vire::kAccessDenied;
+    const WriteVerdict verdict = JudgeWrite(caller, writeHosts_);
+    if (verdict.status != vire::kOk) return verdict.status;
+    if (!AllFinite(buffers.inObject)) return vire::kInvalidInput;
     std::lock_guard<std::mutex> lock(writeMutex_);
-    vire::SetUserName(caller.user);
+    vire::SetUserName(verdict.user);
     return accelerator_->Call(request.device(), request.property(), buffers.outObject, buffers.inObject, access,
                               timeoutMs);
 }

@@ -7,9 +7,9 @@
 // device server's. A call to a server outside the share answers 2, as a
 // server that is not there.
 //
-// Writes (access 3) are checked twice: the host against the host allow-list
-// (a reported host name, or the network address the call came from), then the
-// user against the simulation's writers; anyone else gets 20.
+// Writes (access 3) are checked twice: who may write from where (see
+// write_gate.h), then the proven user against the simulation's writers;
+// anyone else gets 20. Values that are not finite are refused with 16.
 #pragma once
 
 #include <memory>

@@ -1,5 +1,7 @@
 #include "net/link_service.h"
 
+#include <grpc/grpc_security_constants.h>
+
 #include <algorithm>
 #include <chrono>
 
@@ -12,8 +14,14 @@ namespace {
 
 constexpr int32_t kShortestIntervalMs = 10;
 
-CallContext CallerOf(const grpc::ServerContext& context, const LinkRequest& request) {
-    return CallContext{request.user(), request.client_host(), PeerAddress(context.peer())};
+CallContext CallerOf(const grpc::ServerContextBase& context, const LinkRequest& request) {
+    CallContext caller{request.user(), PeerAddress(context.peer()), ""};
+    const auto auth = context.auth_context();
+    if (auth && auth->IsPeerAuthenticated()) {
+        const auto names = auth->FindPropertyValues(GRPC_X509_CN_PROPERTY_NAME);
+        if (!names.empty()) caller.certifiedUser.assign(names.front().data(), names.front().size());
+    }
+    return caller;
 }
 
 }  // namespace

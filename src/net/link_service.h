@@ -15,9 +15,9 @@ namespace net {
 
 // Who is calling, as the server sees it.
 struct CallContext {
-    std::string user;         // as the client reports it
-    std::string claimedHost;  // the host name the client reports
-    std::string peerAddress;  // the network address the call came from ("127.0.0.1")
+    std::string user;           // as the client reports it
+    std::string peerAddress;    // the network address the call came from ("127.0.0.1")
+    std::string certifiedUser;  // common name of the client's verified certificate, "" without one
 };
 
 class LinkHandler {

@@ -11,6 +11,7 @@
 #include "net/channels.h"
 #include "net/network_transport.h"
 #include "net/registration.h"
+#include "net/tls_settings.h"
 
 namespace net {
 namespace {
@@ -47,10 +48,15 @@ void BlockStopSignals() {
 
 int RunServer(LinkHandler& handler, const ServerSettings& settings, const std::function<void()>& started,
               const std::function<void()>& stopping) {
+    const TlsSetup tls = TlsSetupFromEnvironment();
+    if (!tls.problem.empty()) {
+        std::cerr << handler.Program() << ": " << tls.problem << "\n";
+        return 1;
+    }
     LinkService service(handler);
     grpc::ServerBuilder builder;
     int port = 0;
-    builder.AddListeningPort(settings.listen, ServerCredentials(), &port);
+    builder.AddListeningPort(settings.listen, ServerCredentials(tls), &port);
     builder.RegisterService(&service);
     builder.SetMaxReceiveMessageSize(16 * 1024 * 1024);
     builder.SetMaxSendMessageSize(80 * 1024 * 1024);

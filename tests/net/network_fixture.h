@@ -25,7 +25,7 @@ inline const std::map<std::string, std::string> kSimEnvironment{
     {"LUMISCOPE_SIM_SEED", "7"},
     {"LUMISCOPE_SIM_WRITERS", "operator"},
     {"LUMISCOPE_SIM_FAULTS", "/ORKA/BPMQ2=slow,/VESTA/BLMSRV=code:36"},
-    {"LUMISCOPE_WRITE_HOSTS", "opsconsole,10.9.0.0/16"},
+    {"LUMISCOPE_WRITE_HOSTS", "10.9.0.0/16"},
 };
 
 // The simulated accelerator in this process, with the servers' settings.
