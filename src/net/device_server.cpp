@@ -33,6 +33,32 @@ bool AllFinite(const vire::DataObject& in) {
     return true;
 }
 
+// Fields a list of names can fill: a long name runs on over several.
+int64_t NameFieldsBound(const std::vector<std::string>& names) {
+    int64_t characters = 0;
+    for (const auto& name : names) characters += static_cast<int64_t>(name.size()) + 1;
+    return characters;
+}
+
+// What each server can answer at most: its largest channel, threshold table
+// or name list, or its property list.
+std::map<std::string, int64_t> MostElementsByServer(const sim::Model& model) {
+    std::map<std::string, int64_t> most;
+    const auto raise = [&](const std::string& server, int64_t n) { most[server] = std::max(most[server], n); };
+    std::map<std::string, int64_t> properties;
+    for (const auto& c : model.channels) {
+        raise(c.serverAddress, std::max<int64_t>(c.size, NameFieldsBound(c.names)));
+        properties[c.serverAddress] += 1;
+    }
+    for (const auto& [key, table] : model.thresholds) {
+        raise(ServerOfDevice(key.first), static_cast<int64_t>(table.size()));
+        properties[ServerOfDevice(key.first)] += 1;
+    }
+    for (const auto& [key, names] : model.locations) raise(ServerOfDevice(key.first), NameFieldsBound(names));
+    for (const auto& [server, n] : properties) raise(server, n);
+    return most;
+}
+
 }  // namespace
 
 std::vector<std::string> DeviceServerAddresses(const sim::Model& model) {
@@ -61,7 +87,13 @@ DeviceServer::DeviceServer(std::shared_ptr<sim::SimulatedAccelerator> accelerato
                            HostAllowList writeHosts)
     : accelerator_(std::move(accelerator)),
       names_(ShareOf(DeviceServerAddresses(accelerator_->model()), shardIndex, shardCount)),
-      served_(names_.begin(), names_.end()), writeHosts_(std::move(writeHosts)) {}
+      served_(names_.begin(), names_.end()), mostElements_(MostElementsByServer(accelerator_->model())),
+      writeHosts_(std::move(writeHosts)) {}
+
+int64_t DeviceServer::MostElements(const LinkRequest& request) const {
+    const auto it = mostElements_.find(sim::ParseAddress(request.device()).ServerAddress());
+    return it == mostElements_.end() ? 0 : it->second;
+}
 
 vire::Status DeviceServer::Answer(const LinkRequest& request, ServerBuffers& buffers, const CallContext& caller,
                                   int32_t timeoutMs) {

@@ -24,6 +24,10 @@ CallContext CallerOf(const grpc::ServerContextBase& context, const LinkRequest& 
     return caller;
 }
 
+bool NamesTooLong(const LinkRequest& request) {
+    return request.device().size() > kMaxDeviceNameLength || request.property().size() > kMaxPropertyLength;
+}
+
 }  // namespace
 
 std::string PeerAddress(const std::string& peer) {
@@ -49,12 +53,14 @@ grpc::Status LinkService::Call(grpc::ServerContext* context, const LinkRequest* 
     const int32_t timeoutMs = static_cast<int32_t>(
         std::clamp<int64_t>(std::min<int64_t>(left.count(), request->timeout_ms()), 0, INT32_MAX));
     ServerBuffers buffers;
-    PrepareBuffers(*request, buffers);
-    vire::Status status = vire::kServerError;
-    try {
-        status = handler_.Answer(*request, buffers, CallerOf(*context, *request), timeoutMs);
-    } catch (...) {
-        status = vire::kServerError;
+    vire::Status status = vire::kInvalidInput;
+    if (!NamesTooLong(*request)) {
+        try {
+            PrepareBuffers(*request, handler_.MostElements(*request), buffers);
+            status = handler_.Answer(*request, buffers, CallerOf(*context, *request), timeoutMs);
+        } catch (...) {
+            status = vire::kServerError;
+        }
     }
     EncodeReply(status, buffers, *reply);
     reply->set_stamp_ms(vire::NowMilliseconds());
@@ -65,13 +71,19 @@ grpc::Status LinkService::Monitor(grpc::ServerContext* context, const lumiscope:
                                   grpc::ServerWriter<LinkReply>* writer) {
     LinkRequest link = request->link();
     link.set_access(vire::kAccessRead);
+    if (NamesTooLong(link)) return grpc::Status(grpc::StatusCode::INVALID_ARGUMENT, "device or property name too long");
+    const std::string peer = PeerAddress(context->peer());
+    if (!OpenStream(peer))
+        return grpc::Status(grpc::StatusCode::RESOURCE_EXHAUSTED,
+                            "more than " + std::to_string(streamsPerClient_) + " open streams from " + peer);
+    const int64_t mostElements = handler_.MostElements(link);
     const auto interval = std::chrono::milliseconds(std::max(request->interval_ms(), kShortestIntervalMs));
     const CallContext caller = CallerOf(*context, link);
     auto next = std::chrono::steady_clock::now();
     for (;;) {
         if (context->IsCancelled()) break;
         ServerBuffers buffers;
-        PrepareBuffers(link, buffers);
+        PrepareBuffers(link, mostElements, buffers);
         vire::Status status = vire::kServerError;
         try {
             status = handler_.Answer(link, buffers, caller, 0);
@@ -88,7 +100,21 @@ grpc::Status LinkService::Monitor(grpc::ServerContext* context, const lumiscope:
         std::unique_lock<std::mutex> lock(mutex_);
         if (wake_.wait_until(lock, next, [this] { return stopping_; })) break;
     }
+    CloseStream(peer);
     return grpc::Status::OK;
+}
+
+bool LinkService::OpenStream(const std::string& peer) {
+    std::lock_guard<std::mutex> lock(mutex_);
+    int32_t& open = streamsByPeer_[peer];
+    if (open >= streamsPerClient_) return false;
+    open += 1;
+    return true;
+}
+
+void LinkService::CloseStream(const std::string& peer) {
+    std::lock_guard<std::mutex> lock(mutex_);
+    if (--streamsByPeer_[peer] <= 0) streamsByPeer_.erase(peer);
 }
 
 grpc::Status LinkService::Health(grpc::ServerContext*, const lumiscope::link::v1::HealthRequest*,

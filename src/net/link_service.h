@@ -4,6 +4,7 @@
 #pragma once
 
 #include <condition_variable>
+#include <map>
 #include <mutex>
 #include <string>
 #include <vector>
@@ -28,17 +29,31 @@ public:
     // which must never wait).
     virtual vire::Status Answer(const LinkRequest& request, ServerBuffers& buffers, const CallContext& caller,
                                 int32_t timeoutMs) = 0;
+    // The most elements the device a request addresses can answer (its
+    // largest array, name list or history): the reply buffer's bound.
+    virtual int64_t MostElements(const LinkRequest& request) const = 0;
     // The server names this process answers for.
     virtual std::vector<std::string> Names() const = 0;
     virtual std::string Program() const = 0;
 };
+
+// What one client may ask of a server. Longer names are refused with 16
+// before any handler sees them; a request larger than kMaxRequestBytes is
+// refused by the engine (RESOURCE_EXHAUSTED); a client (one network address)
+// with streamsPerClient monitor streams open gets RESOURCE_EXHAUSTED for the
+// next one.
+inline constexpr size_t kMaxDeviceNameLength = 256;
+inline constexpr size_t kMaxPropertyLength = 128;
+inline constexpr int kMaxRequestBytes = 1024 * 1024;
+inline constexpr int32_t kDefaultStreamsPerClient = 2000;
 
 // "ipv4:127.0.0.1:5000" -> "127.0.0.1"; "ipv6:[::1]:5000" -> "::1".
 std::string PeerAddress(const std::string& peer);
 
 class LinkService final : public lumiscope::link::v1::Link::Service {
 public:
-    explicit LinkService(LinkHandler& handler) : handler_(handler) {}
+    LinkService(LinkHandler& handler, int32_t streamsPerClient)
+        : handler_(handler), streamsPerClient_(streamsPerClient) {}
 
     grpc::Status Call(grpc::ServerContext* context, const LinkRequest* request, LinkReply* reply) override;
     grpc::Status Monitor(grpc::ServerContext* context, const lumiscope::link::v1::MonitorRequest* request,
@@ -50,8 +65,14 @@ public:
     void Stop();
 
 private:
+    // Counts a stream of peer in; false when it has its fill already.
+    bool OpenStream(const std::string& peer);
+    void CloseStream(const std::string& peer);
+
     LinkHandler& handler_;
+    const int32_t streamsPerClient_;
     std::mutex mutex_;
+    std::map<std::string, int32_t> streamsByPeer_;
     std::condition_variable wake_;
     bool stopping_ = false;
 };

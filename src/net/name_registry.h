@@ -23,6 +23,7 @@ public:
 
     vire::Status Answer(const LinkRequest& request, ServerBuffers& buffers, const CallContext& caller,
                         int32_t timeoutMs) override;
+    int64_t MostElements(const LinkRequest&) const override { return 512; }  // an address
     std::vector<std::string> Names() const override;
     std::string Program() const override { return "lumiscope-names"; }
 

@@ -53,12 +53,12 @@ int RunServer(LinkHandler& handler, const ServerSettings& settings, const std::f
         std::cerr << handler.Program() << ": " << tls.problem << "\n";
         return 1;
     }
-    LinkService service(handler);
+    LinkService service(handler, settings.streamsPerClient);
     grpc::ServerBuilder builder;
     int port = 0;
     builder.AddListeningPort(settings.listen, ServerCredentials(tls), &port);
     builder.RegisterService(&service);
-    builder.SetMaxReceiveMessageSize(16 * 1024 * 1024);
+    builder.SetMaxReceiveMessageSize(kMaxRequestBytes);
     builder.SetMaxSendMessageSize(80 * 1024 * 1024);
     std::unique_ptr<grpc::Server> server = builder.BuildAndStart();
     if (!server || port == 0) {
@@ -90,6 +90,11 @@ std::string ReadServerOptions(const ProgramOptions& options, ServerSettings& set
     settings.namesAddress = options.Get("--names", EnvironmentOr("LUMISCOPE_NAMES", ""));
     settings.advertise = options.Get("--advertise");
     settings.leaseMs = static_cast<int32_t>(leaseMs);
+    int64_t streams = kDefaultStreamsPerClient;
+    if (!catalogue::ParseInteger(options.Get("--max-streams", std::to_string(kDefaultStreamsPerClient)), 1, 1'000'000,
+                                 streams))
+        return "--max-streams must be 1..1000000";
+    settings.streamsPerClient = static_cast<int32_t>(streams);
     return "";
 }
 

@@ -15,13 +15,15 @@ struct ServerSettings {
     std::string namesAddress;            // name service to register with, "" for none
     std::string advertise;               // address to register; the listening one when empty
     int32_t leaseMs = 3000;
+    int32_t streamsPerClient = kDefaultStreamsPerClient;  // monitor streams one client address may hold open
 };
 
 // The options every server program takes besides its own.
-inline const std::vector<std::string> kServerOptions = {"--listen", "--names", "--advertise", "--lease-ms"};
+inline const std::vector<std::string> kServerOptions = {"--listen", "--names", "--advertise", "--lease-ms",
+                                                        "--max-streams"};
 
 // Those options as settings: --names falls back on LUMISCOPE_NAMES, --lease-ms
-// must be 300..600000. Returns what is wrong, empty when they are usable.
+// must be 300..600000, --max-streams 1..1000000. Returns what is wrong, empty when they are usable.
 std::string ReadServerOptions(const ProgramOptions& options, ServerSettings& settings);
 
 // Blocks SIGTERM and SIGINT in the calling thread and every thread started

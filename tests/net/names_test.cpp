@@ -28,7 +28,7 @@ protected:
                                                 vire::DataObject{static_cast<int32_t>(text.size()), format, "", in},
                                                 access, 500, {});
         net::ServerBuffers buffers;
-        net::PrepareBuffers(request, buffers);
+        net::PrepareBuffers(request, 512, buffers);
         const vire::Status status = registry.Answer(request, buffers, net::CallContext{}, 500);
         if (answer != nullptr && status == 0)
             answer->assign(reinterpret_cast<const char*>(buffers.out.data()), size_t(buffers.outObject.count));

@@ -22,7 +22,7 @@ namespace {
 
 const char* const kUsage =
     "usage: lumiscope-archiver --config DIR [--db URI] [--listen ADDR] [--names HOST:PORT]"
-    " [--advertise HOST:PORT] [--lease-ms MS] [--record yes|no]\n";
+    " [--advertise HOST:PORT] [--lease-ms MS] [--max-streams N] [--record yes|no]\n";
 
 int Usage(const std::string& problem) {
     std::cerr << "lumiscope-archiver: " << problem << "\n" << kUsage;

@@ -31,7 +31,7 @@ bool ParseShard(const std::string& text, int& index, int& count) {
 
 const char* const kUsage =
     "usage: lumiscope-devserver --config DIR [--shard I/N] [--listen ADDR] [--names HOST:PORT]"
-    " [--advertise HOST:PORT] [--write-hosts LIST] [--lease-ms MS]\n";
+    " [--advertise HOST:PORT] [--write-hosts LIST] [--lease-ms MS] [--max-streams N]\n";
 
 int Usage(const std::string& problem) {
     std::cerr << "lumiscope-devserver: " << problem << "\n" << kUsage;

@@ -1,0 +1,88 @@
+// What a client can make a device server spend: memory by the capacity it
+// claims, names, request sizes and open streams. Asked with raw requests, as
+// an outside client written from the schema alone would.
+#include <fstream>
+#include <thread>
+
+#include "net/proto/link.grpc.pb.h"
+#include "network_fixture.h"
+
+namespace net_test {
+namespace {
+
+using lumiscope::link::v1::Link;
+using lumiscope::link::v1::LinkReply;
+using lumiscope::link::v1::LinkRequest;
+
+int64_t PeakResidentKilobytes(pid_t pid) {
+    std::ifstream status("/proc/" + std::to_string(pid) + "/status");
+    std::string line;
+    while (std::getline(status, line))
+        if (line.rfind("VmHWM:", 0) == 0) return std::stoll(line.substr(6));
+    return -1;
+}
+
+LinkRequest Request(const std::string& device, const std::string& property, int32_t count, int64_t capacity) {
+    LinkRequest request;
+    request.set_device(device);
+    request.set_property(property);
+    request.set_access(vire::kAccessRead);
+    request.set_out_format(vire::kFormatSingle);
+    request.set_out_count(count);
+    request.set_out_capacity(capacity);
+    return request;
+}
+
+TEST_F(NetworkSuite, ClaimedCapacitiesLongNamesAndLargeRequestsCostTheServerNothing) {
+    auto stub = Link::NewStub(grpc::CreateChannel(devices.Address(), grpc::InsecureChannelCredentials()));
+    const int64_t before = PeakResidentKilobytes(devices.Pid());
+    std::vector<std::thread> callers;
+    for (int i = 0; i < 16; ++i)
+        callers.emplace_back([&] {
+            grpc::ClientContext context;
+            LinkReply reply;
+            EXPECT_TRUE(stub->Call(&context, Request("/ORKA/BPMQ1/ORBIT", "ORBIT.X", INT32_MAX, 1LL << 40), &reply).ok());
+            EXPECT_EQ(reply.count(), 32);  // what the device has
+        });
+    for (auto& caller : callers) caller.join();
+    EXPECT_LT(PeakResidentKilobytes(devices.Pid()) - before, 16 * 1024) << "kB grown";
+
+    // device, property, the request's extra bytes, engine code, completion code
+    const std::tuple<std::string, std::string, size_t, grpc::StatusCode, vire::Status> cases[] = {
+        {std::string(300, 'X'), "ORBIT.X", 0, grpc::StatusCode::OK, vire::kInvalidInput},
+        {"/ORKA/BPMQ1/ORBIT", std::string(15 << 20, 'P'), 0, grpc::StatusCode::RESOURCE_EXHAUSTED, 0},
+        {"/ORKA/BPMQ1/ORBIT", "ORBIT.X", 2 << 20, grpc::StatusCode::RESOURCE_EXHAUSTED, 0},
+    };
+    for (const auto& [device, property, extra, engine, code] : cases) {
+        grpc::ClientContext context;
+        LinkReply reply;
+        auto request = Request(device, property, 4, 16);
+        request.set_in_data(std::string(extra, 'i'));
+        EXPECT_EQ(stub->Call(&context, request, &reply).error_code(), engine) << device.size() << "/" << property.size();
+        EXPECT_EQ(reply.status(), code) << device.size() << "/" << property.size();
+    }
+}
+
+TEST(StreamLimit, AClientBeyondItsStreamsIsRefused) {
+    ServerProcess server;
+    ASSERT_TRUE(server.Start("lumiscope-devserver", {"--config", LUMISCOPE_SAMPLE_CONFIG_DIR, "--max-streams", "3"}));
+    auto stub = Link::NewStub(grpc::CreateChannel(server.Address(), grpc::InsecureChannelCredentials()));
+    lumiscope::link::v1::MonitorRequest monitor;
+    *monitor.mutable_link() = Request("/ORKA/BPMQ1/ORBIT", "ORBIT.X", 32, 128);
+    monitor.set_interval_ms(60'000);
+    std::vector<std::unique_ptr<grpc::ClientContext>> contexts;
+    std::vector<std::unique_ptr<grpc::ClientReader<LinkReply>>> streams;
+    const auto open = [&] {
+        contexts.push_back(std::make_unique<grpc::ClientContext>());
+        streams.push_back(stub->Monitor(contexts.back().get(), monitor));
+        LinkReply reply;
+        return streams.back()->Read(&reply);
+    };
+    for (int i = 0; i < 3; ++i) EXPECT_TRUE(open()) << i;
+    EXPECT_FALSE(open());
+    EXPECT_EQ(streams.back()->Finish().error_code(), grpc::StatusCode::RESOURCE_EXHAUSTED);
+    for (auto& context : contexts) context->TryCancel();
+}
+
+}  // namespace
+}  // namespace net_test
