@@ -16,7 +16,8 @@ const char* const kUsage =
     "       vire-call --spectrum ADDRESS PROPERTY --at T --count N\n"
     "       vire-call --format-name CODE | --error-text CODE | --ctime T\n"
     "common options: --json, --timeout MS (1000), --config DIR (the simulated\n"
-    "accelerator's configuration directory; default the sample one), --user NAME.\n"
+    "accelerator's configuration directory; default the sample one), --user NAME,\n"
+    "--simulate (the simulated accelerator even when LUMISCOPE_TRANSPORT=network).\n"
     "Times T are Unix seconds, now, or now-SECONDS. ADDRESS is /CONTEXT/SERVER/DEVICE.\n";
 
 namespace {
@@ -59,7 +60,9 @@ std::string ParseArguments(const std::vector<std::string>& args, int64_t now, Ca
         };
         std::string text;
         int64_t number = 0;
-        if (arg == "--json") {
+        if (arg == "--simulate") {
+            parsed.simulate = true;
+        } else if (arg == "--json") {
             parsed.json = true;
         } else if (arg == "--names") {
             parsed.kind = CallKind::Names;

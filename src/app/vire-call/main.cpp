@@ -1,5 +1,7 @@
-// vire-call: one link call from the shell, answered by the simulated
-// accelerator of a configuration directory.
+// vire-call: one link call from the shell, answered by the servers on the
+// network when the environment names them (LUMISCOPE_TRANSPORT=network), else
+// (or with --simulate) by the simulated accelerator of a configuration
+// directory.
 #include "app/tool_support/help_request.h"
 #include <algorithm>
 #include <iostream>
@@ -7,6 +9,9 @@
 #include <vector>
 
 #include "arguments.h"
+#ifdef LUMISCOPE_NETWORK
+#include "net/environment.h"
+#endif
 #include "output.h"
 #include "sim/simulated_accelerator.h"
 #include "tool_support/json_writer.h"
@@ -18,6 +23,15 @@
 #include "vire/wire.h"
 
 namespace {
+
+// The network when the environment asks for it (LUMISCOPE_TRANSPORT=network), as in the viewer.
+bool InstallNetworkTransport([[maybe_unused]] const std::string& configDir) {
+#ifdef LUMISCOPE_NETWORK
+    return net::InstallTransportFromEnvironment(configDir);
+#else
+    return false;
+#endif
+}
 
 std::vector<std::byte> LongInput(const std::vector<int32_t>& values) {
     std::vector<std::byte> bytes(values.size() * 4);
@@ -86,9 +100,11 @@ int Run(const CallArguments& a) {
     default: break;
     }
 
-    auto accelerator = sim::InstallSimulatedAccelerator(a.configDir);
-    for (const auto& problem : accelerator->settings().problems) std::cerr << "vire-call: " << problem << "\n";
-    for (const auto& problem : accelerator->model().problems) std::cerr << "vire-call: " << problem << "\n";
+    if (a.simulate || !InstallNetworkTransport(a.configDir)) {
+        auto accelerator = sim::InstallSimulatedAccelerator(a.configDir);
+        for (const auto& problem : accelerator->settings().problems) std::cerr << "vire-call: " << problem << "\n";
+        for (const auto& problem : accelerator->model().problems) std::cerr << "vire-call: " << problem << "\n";
+    }
     if (a.user) vire::SetUserName(*a.user);
     const std::string what = a.address + " " + a.property;
 
