@@ -1,5 +1,7 @@
 #include "net/link_service.h"
 
+#include "net/monitor_streams.h"
+
 #include <grpc/grpc_security_constants.h>
 
 #include <algorithm>
@@ -11,8 +13,6 @@
 
 namespace net {
 namespace {
-
-constexpr int32_t kShortestIntervalMs = 10;
 
 CallContext CallerOf(const grpc::ServerContextBase& context, const LinkRequest& request) {
     CallContext caller{request.user(), PeerAddress(context.peer()), ""};
@@ -47,6 +47,11 @@ std::string PeerAddress(const std::string& peer) {
     return colon == std::string::npos ? rest : rest.substr(0, colon);
 }
 
+LinkService::LinkService(LinkHandler& handler, int32_t streamsPerClient)
+    : handler_(handler), streams_(std::make_unique<MonitorStreams>(handler, streamsPerClient)) {}
+
+LinkService::~LinkService() = default;
+
 grpc::Status LinkService::Call(grpc::ServerContext* context, const LinkRequest* request, LinkReply* reply) {
     const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(context->deadline() -
                                                                             std::chrono::system_clock::now());
@@ -67,54 +72,13 @@ grpc::Status LinkService::Call(grpc::ServerContext* context, const LinkRequest* 
     return grpc::Status::OK;
 }
 
-grpc::Status LinkService::Monitor(grpc::ServerContext* context, const lumiscope::link::v1::MonitorRequest* request,
-                                  grpc::ServerWriter<LinkReply>* writer) {
+grpc::ServerWriteReactor<LinkReply>* LinkService::Monitor(grpc::CallbackServerContext* context,
+                                                          const lumiscope::link::v1::MonitorRequest* request) {
     LinkRequest link = request->link();
     link.set_access(vire::kAccessRead);
-    if (NamesTooLong(link)) return grpc::Status(grpc::StatusCode::INVALID_ARGUMENT, "device or property name too long");
-    const std::string peer = PeerAddress(context->peer());
-    if (!OpenStream(peer))
-        return grpc::Status(grpc::StatusCode::RESOURCE_EXHAUSTED,
-                            "more than " + std::to_string(streamsPerClient_) + " open streams from " + peer);
-    const int64_t mostElements = handler_.MostElements(link);
-    const auto interval = std::chrono::milliseconds(std::max(request->interval_ms(), kShortestIntervalMs));
-    const CallContext caller = CallerOf(*context, link);
-    auto next = std::chrono::steady_clock::now();
-    for (;;) {
-        if (context->IsCancelled()) break;
-        ServerBuffers buffers;
-        PrepareBuffers(link, mostElements, buffers);
-        vire::Status status = vire::kServerError;
-        try {
-            status = handler_.Answer(link, buffers, caller, 0);
-        } catch (...) {
-            status = vire::kServerError;
-        }
-        LinkReply reply;
-        EncodeReply(status, buffers, reply);
-        reply.set_stamp_ms(vire::NowMilliseconds());
-        if (!writer->Write(reply)) break;
-        next += interval;
-        const auto now = std::chrono::steady_clock::now();
-        if (next < now) next = now + interval;  // fell behind: skip, never burst
-        std::unique_lock<std::mutex> lock(mutex_);
-        if (wake_.wait_until(lock, next, [this] { return stopping_; })) break;
-    }
-    CloseStream(peer);
-    return grpc::Status::OK;
-}
-
-bool LinkService::OpenStream(const std::string& peer) {
-    std::lock_guard<std::mutex> lock(mutex_);
-    int32_t& open = streamsByPeer_[peer];
-    if (open >= streamsPerClient_) return false;
-    open += 1;
-    return true;
-}
-
-void LinkService::CloseStream(const std::string& peer) {
-    std::lock_guard<std::mutex> lock(mutex_);
-    if (--streamsByPeer_[peer] <= 0) streamsByPeer_.erase(peer);
+    if (NamesTooLong(link))
+        return MonitorStreams::Refuse(grpc::Status(grpc::StatusCode::INVALID_ARGUMENT, "device or property name too long"));
+    return streams_->Open(CallerOf(*context, link), link, request->interval_ms());
 }
 
 grpc::Status LinkService::Health(grpc::ServerContext*, const lumiscope::link::v1::HealthRequest*,
@@ -124,12 +88,6 @@ grpc::Status LinkService::Health(grpc::ServerContext*, const lumiscope::link::v1
     return grpc::Status::OK;
 }
 
-void LinkService::Stop() {
-    {
-        std::lock_guard<std::mutex> lock(mutex_);
-        stopping_ = true;
-    }
-    wake_.notify_all();
-}
+void LinkService::Stop() { streams_->Stop(); }
 
 }  // namespace net

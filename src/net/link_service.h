@@ -3,9 +3,7 @@
 // handler's answers into replies and monitor streams.
 #pragma once
 
-#include <condition_variable>
-#include <map>
-#include <mutex>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -50,14 +48,19 @@ inline constexpr int32_t kDefaultStreamsPerClient = 2000;
 // "ipv4:127.0.0.1:5000" -> "127.0.0.1"; "ipv6:[::1]:5000" -> "::1".
 std::string PeerAddress(const std::string& peer);
 
-class LinkService final : public lumiscope::link::v1::Link::Service {
+class MonitorStreams;
+
+// Calls are answered on the engine's thread pool (a call may wait for a slow
+// device); monitor streams on its callback API, without a thread each.
+class LinkService final
+    : public lumiscope::link::v1::Link::WithCallbackMethod_Monitor<lumiscope::link::v1::Link::Service> {
 public:
-    LinkService(LinkHandler& handler, int32_t streamsPerClient)
-        : handler_(handler), streamsPerClient_(streamsPerClient) {}
+    LinkService(LinkHandler& handler, int32_t streamsPerClient);
+    ~LinkService() override;
 
     grpc::Status Call(grpc::ServerContext* context, const LinkRequest* request, LinkReply* reply) override;
-    grpc::Status Monitor(grpc::ServerContext* context, const lumiscope::link::v1::MonitorRequest* request,
-                         grpc::ServerWriter<LinkReply>* writer) override;
+    grpc::ServerWriteReactor<LinkReply>* Monitor(grpc::CallbackServerContext* context,
+                                                 const lumiscope::link::v1::MonitorRequest* request) override;
     grpc::Status Health(grpc::ServerContext* context, const lumiscope::link::v1::HealthRequest* request,
                         lumiscope::link::v1::HealthReply* reply) override;
 
@@ -65,16 +68,8 @@ public:
     void Stop();
 
 private:
-    // Counts a stream of peer in; false when it has its fill already.
-    bool OpenStream(const std::string& peer);
-    void CloseStream(const std::string& peer);
-
     LinkHandler& handler_;
-    const int32_t streamsPerClient_;
-    std::mutex mutex_;
-    std::map<std::string, int32_t> streamsByPeer_;
-    std::condition_variable wake_;
-    bool stopping_ = false;
+    std::unique_ptr<MonitorStreams> streams_;
 };
 
 }  // namespace net

@@ -16,6 +16,8 @@
 namespace net {
 namespace {
 
+constexpr int kMostCallThreads = 24;
+
 sigset_t StopSignals() {
     sigset_t signals;
     sigemptyset(&signals);
@@ -59,6 +61,11 @@ int RunServer(LinkHandler& handler, const ServerSettings& settings, const std::f
     builder.AddListeningPort(settings.listen, ServerCredentials(tls), &port);
     builder.RegisterService(&service);
     builder.SetMaxReceiveMessageSize(kMaxRequestBytes);
+    // Calls wait for slow devices on threads of their own: never more than
+    // these, however many clients call at once (the rest queue).
+    grpc::ResourceQuota quota("lumiscope-calls");
+    quota.SetMaxThreads(kMostCallThreads);
+    builder.SetResourceQuota(quota);
     builder.SetMaxSendMessageSize(80 * 1024 * 1024);
     std::unique_ptr<grpc::Server> server = builder.BuildAndStart();
     if (!server || port == 0) {
