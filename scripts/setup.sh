@@ -11,6 +11,7 @@ packages=(
   python3-pyqtgraph python3-pyqt5 python3-numpy   # reference plots of bench/run plots
   libgrpc++-dev protobuf-compiler-grpc libprotobuf-dev protobuf-compiler   # the network transport and servers
   libsqlite3-dev libpq-dev postgresql-15   # the archiver's databases
+  etcd-server etcd-client             # the servers' names (etcd, etcdctl)
 )
 missing=()
 for p in "${packages[@]}"; do

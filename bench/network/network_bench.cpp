@@ -31,7 +31,7 @@ namespace {
 BenchServers* servers = nullptr;
 
 std::shared_ptr<net::NetworkTransport> NewTransport() {
-    return std::make_shared<net::NetworkTransport>(net::NetworkSettings{servers->names.Address(), "", ""});
+    return std::make_shared<net::NetworkTransport>(net::NetworkSettings{servers->etcd.endpoint, "", ""});
 }
 
 int64_t NowUs() {

@@ -72,10 +72,12 @@ int RunServer(LinkHandler& handler, const ServerSettings& settings, const std::f
         std::cerr << handler.Program() << ": cannot listen on " << settings.listen << "\n";
         return 1;
     }
-    std::cout << "listening on " << WithPort(settings.listen, port) << std::endl;
     std::optional<Registration> registration;
     if (!settings.namesAddress.empty())
-        registration.emplace(settings.namesAddress, handler.Names(), Advertised(settings, port), settings.leaseMs);
+        registration.emplace(EtcdSettingsFrom(settings.namesAddress), handler.Names(), Advertised(settings, port),
+                             settings.leaseMs);
+    // Said once the names are registered: from then on clients find this server.
+    std::cout << "listening on " << WithPort(settings.listen, port) << std::endl;
     if (started) started();
 
     const sigset_t signals = StopSignals();

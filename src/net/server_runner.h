@@ -12,7 +12,7 @@ namespace net {
 
 struct ServerSettings {
     std::string listen = "127.0.0.1:0";  // port 0: any free port
-    std::string namesAddress;            // name service to register with, "" for none
+    std::string namesAddress;            // etcd endpoints to register with ("host:port,..."), "" for none
     std::string advertise;               // address to register; the listening one when empty
     int32_t leaseMs = 3000;
     int32_t streamsPerClient = kDefaultStreamsPerClient;  // monitor streams one client address may hold open
@@ -31,7 +31,7 @@ std::string ReadServerOptions(const ProgramOptions& options, ServerSettings& set
 void BlockStopSignals();
 
 // Serves until a stop signal. Prints "listening on HOST:PORT" on standard
-// output once the port is open. `started` runs then (for the archiver's
+// output once the port is open and the names are registered. `started` runs then (for the archiver's
 // recorder), `stopping` before the server goes down. Returns the program's
 // exit code.
 int RunServer(LinkHandler& handler, const ServerSettings& settings, const std::function<void()>& started = {},

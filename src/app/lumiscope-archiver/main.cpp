@@ -2,7 +2,7 @@
 // a configuration, served from a database that records what the device
 // servers deliver.
 //
-//   lumiscope-archiver --config DIR [--db URI] [--listen ADDR] [--names HOST:PORT]
+//   lumiscope-archiver --config DIR [--db URI] [--listen ADDR] [--names ETCD[,ETCD...]]
 //                      [--advertise HOST:PORT] [--lease-ms MS] [--record yes|no]
 //
 // --db is an SQLite file (default: archive.sqlite under the user's data
@@ -21,7 +21,7 @@
 namespace {
 
 const char* const kUsage =
-    "usage: lumiscope-archiver --config DIR [--db URI] [--listen ADDR] [--names HOST:PORT]"
+    "usage: lumiscope-archiver --config DIR [--db URI] [--listen ADDR] [--names ETCD[,ETCD...]]"
     " [--advertise HOST:PORT] [--lease-ms MS] [--max-streams N] [--record yes|no]\n";
 
 int Usage(const std::string& problem) {

@@ -2,10 +2,11 @@
 // over the network, answered by the simulated accelerator.
 //
 //   lumiscope-devserver --config DIR [--shard I/N] [--listen ADDR]
-//                       [--names HOST:PORT] [--advertise HOST:PORT]
+//                       [--names ETCD[,ETCD...]] [--advertise HOST:PORT]
 //                       [--write-hosts LIST] [--lease-ms MS]
 //
-// --names defaults to LUMISCOPE_NAMES, --write-hosts to LUMISCOPE_WRITE_HOSTS
+// --names (etcd endpoints, credentials in LUMISCOPE_NAMES_USER and
+// LUMISCOPE_NAMES_PASSWORD) defaults to LUMISCOPE_NAMES, --write-hosts to LUMISCOPE_WRITE_HOSTS
 // and then to this machine only. The simulation's settings (seed, writers,
 // faults) come from the configuration's Simulation.csv and LUMISCOPE_SIM_*.
 #include "app/tool_support/help_request.h"
@@ -30,7 +31,7 @@ bool ParseShard(const std::string& text, int& index, int& count) {
 }
 
 const char* const kUsage =
-    "usage: lumiscope-devserver --config DIR [--shard I/N] [--listen ADDR] [--names HOST:PORT]"
+    "usage: lumiscope-devserver --config DIR [--shard I/N] [--listen ADDR] [--names ETCD[,ETCD...]]"
     " [--advertise HOST:PORT] [--write-hosts LIST] [--lease-ms MS] [--max-streams N]\n";
 
 int Usage(const std::string& problem) {

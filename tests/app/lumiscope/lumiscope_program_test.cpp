@@ -47,7 +47,7 @@ TEST(ViewerPrograms, AnswerTheirCommandLines) {
 
 TEST(Programs, EveryOneAnswersHelpWithItsUsageAndExitCodeZero) {
     for (const std::string program : {"lumiscope", "lumiscope-host", "lumiscope-config", "vire-call",
-                                      "lumiscope-plot-demo", "lumiscope-names", "lumiscope-devserver",
+                                      "lumiscope-plot-demo", "lumiscope-devserver",
                                       "lumiscope-archiver"}) {
         const std::string path = std::string(LUMISCOPE_BINARY_DIR) + "/bin/" + program;
         if (!QFile::exists(QString::fromStdString(path))) continue;  // a build without that part
