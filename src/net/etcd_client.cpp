@@ -41,6 +41,9 @@ bool Unreachable(const grpc::Status& status) {
 // password slowly (by design), so every client of the same user shares one.
 std::mutex tokensMutex;
 std::map<std::string, std::string> tokens;
+// One password check at a time per process: a hundred clients starting
+// together would otherwise keep etcd busy checking the same password.
+std::mutex authenticating;
 
 std::string TokenKey(const EtcdSettings& settings) {
     std::string key = settings.user + "\n" + settings.password;
@@ -86,7 +89,18 @@ std::shared_ptr<grpc::Channel> EtcdClient::Channel(size_t index) {
     return channel;
 }
 
-grpc::Status EtcdClient::Authenticate(const std::shared_ptr<grpc::Channel>& channel, milliseconds timeout) {
+grpc::Status EtcdClient::Authenticate(const std::shared_ptr<grpc::Channel>& channel, milliseconds timeout,
+                                      const std::string& rejected) {
+    std::lock_guard<std::mutex> one(authenticating);
+    {
+        // Another client of the same user may have fetched a token meanwhile.
+        std::scoped_lock lock(mutex_, tokensMutex);
+        const std::string& shared = tokens[TokenKey(settings_)];
+        if (!shared.empty() && shared != rejected) {
+            token_ = shared;
+            return grpc::Status::OK;
+        }
+    }
     etcdserverpb::AuthenticateRequest request;
     request.set_name(settings_.user);
     request.set_password(settings_.password);
@@ -125,7 +139,7 @@ grpc::Status EtcdClient::Run(
         const auto left = std::chrono::duration_cast<milliseconds>(deadline - std::chrono::system_clock::now());
         if (left.count() <= 0) break;
         if (token.empty() && !settings_.user.empty()) {
-            status = Authenticate(channel, left);
+            status = Authenticate(channel, left, "");
             if (!status.ok() && Unreachable(status)) continue;
             if (!status.ok()) return status;  // wrong credentials: no other member thinks otherwise
         }
@@ -134,12 +148,13 @@ grpc::Status EtcdClient::Run(
             context.set_deadline(deadline);
             {
                 std::lock_guard<std::mutex> lock(mutex_);
-                if (!token_.empty()) context.AddMetadata("token", token_);
+                token = token_;
             }
+            if (!token.empty()) context.AddMetadata("token", token);
             status = call(context, channel);
             if (attempt == 0 && !settings_.user.empty() && TokenRejected(status)) {
                 const auto rest = std::chrono::duration_cast<milliseconds>(deadline - std::chrono::system_clock::now());
-                if (rest.count() > 0 && Authenticate(channel, rest).ok()) continue;
+                if (rest.count() > 0 && Authenticate(channel, rest, token).ok()) continue;
             }
             break;
         }

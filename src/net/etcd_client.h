@@ -65,7 +65,10 @@ private:
     // the token; fetches the token again once when etcd says it is not valid.
     grpc::Status Run(std::chrono::milliseconds timeout,
                      const std::function<grpc::Status(grpc::ClientContext&, const std::shared_ptr<grpc::Channel>&)>& call);
-    grpc::Status Authenticate(const std::shared_ptr<grpc::Channel>& channel, std::chrono::milliseconds timeout);
+    // A token for the user: the one another client got meanwhile, unless
+    // that is the one etcd just rejected, else a new one.
+    grpc::Status Authenticate(const std::shared_ptr<grpc::Channel>& channel, std::chrono::milliseconds timeout,
+                              const std::string& rejected);
     std::shared_ptr<grpc::Channel> Channel(size_t index);
 
     const EtcdSettings settings_;

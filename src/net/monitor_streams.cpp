@@ -18,10 +18,10 @@ public:
 }  // namespace
 
 // The engine owns a stream until OnDone; until then the registry of
-// MonitorStreams finds it by id. A tick runs under the registry's lock, so
-// OnDone (which first takes the stream out of the registry) never deletes a
-// stream that a tick is using. The stream's own lock orders its writes and
-// its finish; the engine runs none of these reactions inline.
+// MonitorStreams finds it by id. A tick reads the device without the
+// registry's lock (the engine's threads must never wait for a reading) and
+// marks the stream busy meanwhile: OnDone during a tick leaves the deletion
+// to the tick. The stream's own lock orders its writes and its finish.
 class MonitorStreams::Stream : public grpc::ServerWriteReactor<LinkReply> {
 public:
     Stream(MonitorStreams& owner, uint64_t id, CallContext caller, LinkRequest link, int32_t intervalMs)
@@ -31,8 +31,10 @@ public:
 
     Clock::duration Interval() const { return interval_; }
 
-    // One reading, written unless the previous one is still on its way.
-    void Tick() {
+    const LinkRequest& Link() const { return link_; }
+
+    // A fresh reading of the stream's link.
+    LinkReply Read() {
         ServerBuffers buffers;
         vire::Status status = vire::kServerError;
         try {
@@ -41,14 +43,25 @@ public:
         } catch (...) {
             status = vire::kServerError;
         }
+        LinkReply reply;
+        EncodeReply(status, buffers, reply);
+        reply.set_stamp_ms(vire::NowMilliseconds());
+        return reply;
+    }
+
+    // Written unless the previous reading is still on its way.
+    void Deliver(const LinkReply& reading) {
         std::lock_guard<std::mutex> lock(mutex_);
         if (finished_ || writing_) return;
-        reply_.Clear();
-        EncodeReply(status, buffers, reply_);
-        reply_.set_stamp_ms(vire::NowMilliseconds());
+        reply_ = reading;
         writing_ = true;
         StartWrite(&reply_);
     }
+
+    // Set and read under the registry's lock: a tick is using the stream
+    // (busy), the engine is done with it (closed).
+    bool busy = false;
+    bool closed = false;
 
     void End(const grpc::Status& status) {
         std::lock_guard<std::mutex> lock(mutex_);
@@ -66,8 +79,7 @@ public:
     }
     void OnCancel() override { End(grpc::Status::CANCELLED); }
     void OnDone() override {
-        owner_.Closed(id_, caller_.peerAddress);
-        delete this;
+        if (owner_.Closed(id_, caller_.peerAddress)) delete this;
     }
 
 private:
@@ -88,11 +100,6 @@ MonitorStreams::MonitorStreams(LinkHandler& handler, int32_t streamsPerClient)
 
 MonitorStreams::~MonitorStreams() {
     Stop();
-    {
-        std::lock_guard<std::mutex> lock(mutex_);
-        due_.clear();
-    }
-    wake_.notify_all();
     thread_.join();
 }
 
@@ -122,6 +129,7 @@ void MonitorStreams::Stop() {
     std::lock_guard<std::mutex> lock(mutex_);
     stopping_ = true;
     for (auto& [id, stream] : streams_) stream->End(grpc::Status::OK);
+    wake_.notify_all();
 }
 
 size_t MonitorStreams::OpenCount() const {
@@ -129,16 +137,26 @@ size_t MonitorStreams::OpenCount() const {
     return streams_.size();
 }
 
-void MonitorStreams::Closed(uint64_t id, const std::string& peer) {
+bool MonitorStreams::Closed(uint64_t id, const std::string& peer) {
     std::lock_guard<std::mutex> lock(mutex_);
-    streams_.erase(id);
     if (--streamsByPeer_[peer] <= 0) streamsByPeer_.erase(peer);
+    const auto it = streams_.find(id);
+    if (it == streams_.end()) return true;
+    Stream* stream = it->second;
+    streams_.erase(it);
+    if (!stream->busy) return true;
+    stream->closed = true;  // the tick deletes it when it is done with it
+    return false;
 }
 
 void MonitorStreams::Run() {
+    // Streams of the same link due at the same time share one reading: ticks
+    // fall on multiples of the interval, so a thousand viewers of a device
+    // cost one reading a second, not a thousand.
+    std::map<std::string, std::pair<Clock::time_point, LinkReply>> recent;
     std::unique_lock<std::mutex> lock(mutex_);
     for (;;) {
-        if (stopping_ && streams_.empty()) return;
+        if (stopping_) return;  // every stream is finished: nothing is read any more
         if (due_.empty()) {
             wake_.wait_for(lock, std::chrono::milliseconds(100));
             continue;
@@ -151,11 +169,29 @@ void MonitorStreams::Run() {
         due_.erase(due_.begin());
         const auto it = streams_.find(id);
         if (it == streams_.end()) continue;  // cancelled meanwhile: nothing more to do for it
-        it->second->Tick();
-        auto next = when + it->second->Interval();
+        Stream* stream = it->second;
+        stream->busy = true;
+        lock.unlock();
+
+        const std::string key = stream->Link().SerializeAsString();
+        auto& [readAt, reading] = recent[key];
+        if (readAt != when) {
+            reading = stream->Read();
+            readAt = when;
+        }
+        stream->Deliver(reading);
+        if (recent.size() > 256) recent.clear();  // links come and go: forget them now and then
+
+        lock.lock();
+        stream->busy = false;
+        if (stream->closed) {
+            delete stream;
+            continue;
+        }
+        const auto interval = stream->Interval();
         const auto now = Clock::now();
-        if (next < now) next = now + it->second->Interval();  // fell behind: skip, never burst
-        due_.emplace(next, id);
+        // The next multiple of the interval (skipping any that passed: never a burst).
+        due_.emplace(Clock::time_point((now.time_since_epoch() / interval + 1) * interval), id);
     }
 }
 

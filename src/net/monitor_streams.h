@@ -1,8 +1,9 @@
 // The live streams of a server, served without a thread each.
 //
 // Every open monitor stream is a reactor of the engine's callback API; one
-// thread of this class reads each stream's device when it is due and hands
-// the reading to the engine, which writes it without blocking anyone. A
+// thread of this class reads each stream's device when it is due (once for
+// all streams of the same link due at the same time) and hands the reading
+// to the engine, which writes it without blocking anyone. A
 // client that cancels (or goes away) releases its stream at once: nothing
 // waits for the stream's next tick. A client too slow to take a reading
 // before the next is due misses that one, never gets a burst.
@@ -42,7 +43,8 @@ private:
     class Stream;
     using Clock = std::chrono::steady_clock;
     void Run();
-    void Closed(uint64_t id, const std::string& peer);
+    // The engine is done with a stream; false when a tick still uses it (and deletes it after).
+    bool Closed(uint64_t id, const std::string& peer);
 
     LinkHandler& handler_;
     const int32_t streamsPerClient_;

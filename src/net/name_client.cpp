@@ -68,7 +68,7 @@ void NameResolver::Follow() {
     for (;;) {
         std::map<std::string, std::string> keys;
         int64_t revision = 0;
-        const bool read = etcd_->GetPrefix(kNamesPrefix, keys, revision, std::chrono::milliseconds(1000)).ok();
+        const bool read = etcd_->GetPrefix(kNamesPrefix, keys, revision, std::chrono::milliseconds(2000)).ok();
         {
             std::lock_guard<std::mutex> lock(mutex_);
             if (read) Take(keys);

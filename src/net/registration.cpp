@@ -6,7 +6,8 @@
 namespace net {
 namespace {
 
-constexpr std::chrono::milliseconds kEtcdCallTimeout(1000);
+// Generous: a busy etcd answers late rather than not at all.
+constexpr std::chrono::milliseconds kEtcdCallTimeout(2000);
 
 }  // namespace
 
@@ -49,7 +50,9 @@ void Registration::Run() {
     while (!wake_.wait_for(lock, std::chrono::milliseconds(leaseMs_ / 3), [this] { return stopping_; })) {
         lock.unlock();
         int64_t ttlLeft = 0;
-        if (lease_ == 0 || !etcd_.KeepAlive(lease_, ttlLeft, kEtcdCallTimeout).ok() || ttlLeft <= 0) RegisterAll();
+        // A renewal that failed is tried again at the next heartbeat: the
+        // lease may well be alive. One that ran out takes a new lease.
+        if (lease_ == 0 || (etcd_.KeepAlive(lease_, ttlLeft, kEtcdCallTimeout).ok() && ttlLeft <= 0)) RegisterAll();
         lock.lock();
     }
 }

@@ -1,8 +1,8 @@
 // A server's names in etcd: put under a lease that a heartbeat keeps alive,
 // withdrawn at once on a clean stop (the lease is revoked). A server that
 // dies without a word loses its names when the lease runs out. An etcd that
-// is away, or a lease that ran out meanwhile, is dealt with at the next
-// heartbeat: a new lease and the names put again.
+// is away is asked again at the next heartbeat; a lease that ran out
+// meanwhile is replaced by a new one with the names put again.
 #pragma once
 
 #include <condition_variable>

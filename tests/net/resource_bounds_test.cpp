@@ -5,6 +5,7 @@
 #include <thread>
 
 #include "net/proto/link.grpc.pb.h"
+#include "net/wire_codec.h"
 #include "network_fixture.h"
 
 namespace net_test {
@@ -24,12 +25,7 @@ int64_t ProcessStatus(pid_t pid, const std::string& field) {
 }
 
 LinkRequest Request(const std::string& device, const std::string& property, int32_t count, int64_t capacity) {
-    LinkRequest request;
-    request.set_device(device);
-    request.set_property(property);
-    request.set_access(vire::kAccessRead);
-    request.set_out_format(vire::kFormatSingle);
-    request.set_out_count(count);
+    auto request = net::EncodeRequest(device, property, {count, vire::kFormatSingle, "", {}}, {}, vire::kAccessRead, 0, {});
     request.set_out_capacity(capacity);
     return request;
 }

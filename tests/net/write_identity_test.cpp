@@ -102,11 +102,8 @@ TEST(TlsSetup, HalfASetUpIsRefusedNamingTheMissingPiece) {
             return n == "LUMISCOPE_TLS_CERT" ? cert : n == "LUMISCOPE_TLS_KEY" ? key : n == "LUMISCOPE_TLS_CA" ? ca : "";
         });
         const std::string label = cert + " | " + key + " | " + ca;
-        if (problem.empty()) {
-            EXPECT_EQ(setup.problem, "") << label;
-        } else {
-            EXPECT_NE(setup.problem.find(problem), std::string::npos) << label << ": " << setup.problem;
-        }
+        EXPECT_TRUE(problem.empty() ? setup.problem.empty() : setup.problem.find(problem) != std::string::npos)
+            << label << ": " << setup.problem;
         EXPECT_EQ(setup.HasIdentity(), identity) << label;
         EXPECT_EQ(setup.key, identity ? "KEY" : "") << label;
     }
@@ -188,15 +185,9 @@ TEST_F(CertifiedWrites, TheCertificateNotTheUserFieldDecidesWhoWrites) {
 }
 
 TEST_F(CertifiedWrites, AServerWithHalfATlsSetUpDoesNotStart) {
-    ASSERT_TRUE(authority.ok);
-    const std::map<std::string, std::string> halves[] = {
-        {{"LUMISCOPE_TLS_CERT", authority.File("server.crt")}},
-        {{"LUMISCOPE_TLS_CERT", authority.File("server.crt")}, {"LUMISCOPE_TLS_KEY", authority.File("gone.key")}},
-    };
-    for (const auto& environment : halves) {
-        ServerProcess half;
-        EXPECT_FALSE(half.Start("lumiscope-devserver", {"--config", LUMISCOPE_SAMPLE_CONFIG_DIR}, environment));
-    }
+    ServerProcess half;
+    EXPECT_FALSE(half.Start("lumiscope-devserver", {"--config", LUMISCOPE_SAMPLE_CONFIG_DIR},
+                            {{"LUMISCOPE_TLS_CERT", authority.File("server.crt")}}));
 }
 
 }  // namespace
