@@ -8,7 +8,7 @@ set(LUMISCOPE_INSTALL_INCLUDEDIR ${CMAKE_INSTALL_INCLUDEDIR}/lumiscope)
 set(LUMISCOPE_INSTALL_CMAKEDIR ${CMAKE_INSTALL_LIBDIR}/cmake/Lumiscope)
 
 foreach(program lumiscope lumiscope-host lumiscope-config vire-call lumiscope-plot-demo
-                lumiscope-names lumiscope-devserver lumiscope-archiver)
+                lumiscope-devserver lumiscope-archiver)
   if(TARGET ${program})
     install(TARGETS ${program} RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
   endif()

@@ -1,8 +1,9 @@
-# Sourced by viewer.sh for --network [N]: starts the name service, N device
-# servers and the archiver on loopback and points the viewer at them through
-# LUMISCOPE_TRANSPORT and LUMISCOPE_NAMES. A watcher stops them all, by
-# process id, once the shell that started them (the viewer, after its exec)
-# has ended.
+# Sourced by viewer.sh for --network [N]: starts a single local etcd for the
+# names (scripts/local-etcd.sh), N device servers and the archiver on
+# loopback, and points the viewer at them through LUMISCOPE_TRANSPORT,
+# LUMISCOPE_NAMES and etcd's read-only credentials (the servers get the ones
+# that may register). A watcher stops them all, by process id, once the
+# shell that started them (the viewer, after its exec) has ended.
 #   start_network_servers BUILD_DIR CONFIG_DIR N
 start_network_servers() {
   local bin="$1/bin" config="$2" count="$3"
@@ -23,21 +24,25 @@ start_network_servers() {
     return 1
   }
 
-  "$bin/lumiscope-names" --listen 127.0.0.1:0 >"$logs/names.log" 2>&1 &
-  pids+=($!)
-  local names
-  if ! names=$(listening_address "$logs/names.log"); then
-    echo "The name service did not start (see $logs/names.log)." >&2
-    kill "${pids[@]}" 2>/dev/null
+  local etcd_said
+  if ! etcd_said=$("$(dirname "${BASH_SOURCE[0]}")/local-etcd.sh" "$logs/etcd"); then
+    echo "etcd did not start (see $logs/etcd); scripts/setup.sh installs it." >&2
     return 1
   fi
+  local names etcd_pid server_password reader_password
+  names=$(sed -n 's/^endpoint=//p' <<<"$etcd_said")
+  etcd_pid=$(sed -n 's/^pid=//p' <<<"$etcd_said")
+  server_password=$(sed -n 's/^server_password=//p' <<<"$etcd_said")
+  reader_password=$(sed -n 's/^reader_password=//p' <<<"$etcd_said")
+  pids+=("$etcd_pid")
+  local as_server=(env LUMISCOPE_NAMES_USER=lumiscope-server "LUMISCOPE_NAMES_PASSWORD=$server_password")
   local i
   for ((i = 0; i < count; i++)); do
-    "$bin/lumiscope-devserver" --config "$config" --shard "$i/$count" --names "$names" \
+    "${as_server[@]}" "$bin/lumiscope-devserver" --config "$config" --shard "$i/$count" --names "$names" \
       >"$logs/devserver-$i.log" 2>&1 &
     pids+=($!)
   done
-  "$bin/lumiscope-archiver" --config "$config" --names "$names" \
+  "${as_server[@]}" "$bin/lumiscope-archiver" --config "$config" --names "$names" \
     ${LUMISCOPE_ARCHIVE_DB:+--db "$LUMISCOPE_ARCHIVE_DB"} >"$logs/archiver.log" 2>&1 &
   pids+=($!)
   for ((i = 0; i < count; i++)); do
@@ -52,5 +57,6 @@ start_network_servers() {
   ) </dev/null >/dev/null 2>&1 &
 
   export LUMISCOPE_TRANSPORT=network LUMISCOPE_NAMES="$names"
-  echo "Name service on $names, $count device server(s) and the archiver running; logs in $logs." >&2
+  export LUMISCOPE_NAMES_USER=lumiscope-reader LUMISCOPE_NAMES_PASSWORD="$reader_password"
+  echo "etcd on $names, $count device server(s) and the archiver running; logs in $logs." >&2
 }

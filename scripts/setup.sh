@@ -16,6 +16,7 @@ packages=(
   help2man                            # man pages from the programs' --help
   desktop-file-utils appstream        # checks of the menu entry and the AppStream data
   dpkg-dev file                       # the Debian package (cpack -G DEB)
+  etcd-server etcd-client             # the servers' names (etcd, etcdctl)
 )
 missing=()
 for p in "${packages[@]}"; do

@@ -5,8 +5,9 @@ set -euo pipefail
 top=$(cd "$(dirname "$0")/.." && pwd)
 build="$top/build/viewer"
 
-# --network [N]: the viewer on N device servers (default 3), a name service and
-# the archiver started on loopback, all stopped when the viewer ends.
+# --network [N]: the viewer on N device servers (default 3), found through a
+# local etcd, and the archiver, all started on loopback and stopped when the
+# viewer ends.
 network=""
 if [ "${1:-}" = "--network" ]; then
   shift

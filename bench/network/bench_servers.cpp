@@ -26,14 +26,16 @@ std::string MakeConfig() {
 
 bool BenchServers::Start() {
     config = MakeConfig();
-    if (!names.Start("lumiscope-names", {"--listen", "127.0.0.1:0"})) {
-        std::cerr << "bench_network: the name service did not start\n";
+    if (etcd.endpoint.empty()) {
+        std::cerr << "bench_network: etcd did not start (see " << etcd.directory << ")\n";
         return false;
     }
+    etcd.BecomeReader();
     if (!StartDevices()) return false;
     const std::string db = config + "/archive.sqlite";
     if (!archiver.Start("lumiscope-archiver",
-                        {"--config", config, "--db", db, "--names", names.Address(), "--record", "no"})) {
+                        {"--config", config, "--db", db, "--names", etcd.endpoint, "--record", "no"},
+                        etcd.ServerEnvironment())) {
         std::cerr << "bench_network: the archiver did not start\n";
         return false;
     }
@@ -41,7 +43,8 @@ bool BenchServers::Start() {
 }
 
 bool BenchServers::StartDevices() {
-    if (!devices.Start("lumiscope-devserver", {"--config", config, "--names", names.Address(), "--lease-ms", "1500"})) {
+    if (!devices.Start("lumiscope-devserver", {"--config", config, "--names", etcd.endpoint, "--lease-ms", "1500"},
+                       etcd.ServerEnvironment())) {
         std::cerr << "bench_network: the device server did not start\n";
         return false;
     }
@@ -51,7 +54,6 @@ bool BenchServers::StartDevices() {
 BenchServers::~BenchServers() {
     archiver.Stop();
     devices.Stop();
-    names.Stop();
     std::error_code error;
     if (!config.empty()) std::filesystem::remove_all(config, error);
 }

@@ -1,4 +1,4 @@
-// The servers of the network benchmarks, on loopback: a name service, one
+// The servers of the network benchmarks, on loopback: etcd for the names, one
 // device server and the archiver, on a copy of the sample configuration that
 // adds one 8000-point spectrum (/ORKA/BENCHSRV/SPECTRUM, VALUES).
 #pragma once
@@ -16,7 +16,8 @@ inline constexpr int32_t kSpectrumSize = 8000;
 
 struct BenchServers {
     std::string config;  // the configuration copy
-    net_test::ServerProcess names, devices, archiver;
+    net_test::LocalEtcd etcd;
+    net_test::ServerProcess devices, archiver;
     bool Start();        // false with a message on standard error
     bool StartDevices();
     ~BenchServers();

@@ -1,22 +1,28 @@
 // The middleware over the network on loopback: what a read costs, how one
-// device server copes with a hundred viewers, how soon a restarted server is
-// read again, and how fast the archiver answers a day of history.
+// device server copes with a hundred viewers and with a thousand monitor
+// streams, how soon a restarted server is read again, what a name lookup in
+// etcd costs, and how fast the archiver answers a day of history.
 //
 // Everything stays on 127.0.0.1 and every loop is bounded in count and time.
 // The hundred viewers poll for LUMISCOPE_BENCH_VIEWER_SECONDS (default 20 s
-// instead of a full minute, to keep a run short).
+// instead of a full minute, to keep a run short), the thousand streams run
+// for LUMISCOPE_BENCH_STREAM_SECONDS (default 20 s).
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
 #include <atomic>
 #include <cstdio>
 #include <cstdlib>
+#include <fstream>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <thread>
 #include <vector>
 
 #include "bench_servers.h"
+#include "net/etcd_client.h"
+#include "stream_load.h"
 #include "figure_reporter.h"
 #include "net/network_transport.h"
 #include "thread_scheduler.h"
@@ -31,7 +37,7 @@ namespace {
 BenchServers* servers = nullptr;
 
 std::shared_ptr<net::NetworkTransport> NewTransport() {
-    return std::make_shared<net::NetworkTransport>(net::NetworkSettings{servers->names.Address(), "", ""});
+    return std::make_shared<net::NetworkTransport>(net::NetworkSettings{servers->etcd.endpoint, "", ""});
 }
 
 int64_t NowUs() {
@@ -72,6 +78,58 @@ void History9Items(benchmark::State& state) {
     }
 }
 BENCHMARK(History9Items)->Name("figure:net-history-9-items")->Unit(benchmark::kMillisecond)->MinTime(2.0);
+
+// One name looked up in etcd itself (a client's first lookup, or one after
+// its watch broke; otherwise the watch answers from memory).
+void ResolveInEtcd(benchmark::State& state) {
+    net::EtcdClient etcd(net::EtcdSettingsFrom(servers->etcd.endpoint));
+    std::map<std::string, std::string> keys;
+    int64_t revision = 0;
+    for (auto _ : state) {
+        if (!etcd.GetPrefix(net::NameKey("/ORKA/BPMQ1"), keys, revision, std::chrono::seconds(1)).ok() || keys.empty())
+            state.SkipWithError("the lookup failed");
+    }
+}
+BENCHMARK(ResolveInEtcd)->Name("figure:net-resolve")->Unit(benchmark::kMicrosecond)->MinTime(2.0);
+
+int64_t ThreadsOf(int pid) {
+    std::ifstream status("/proc/" + std::to_string(pid) + "/status");
+    std::string line;
+    while (std::getline(status, line))
+        if (line.rfind("Threads:", 0) == 0) return std::stoll(line.substr(8));
+    return -1;
+}
+
+// 1000 monitor streams of the 8000-point spectrum at 1 Hz on one device
+// server, from one client that reads them all on one thread.
+void ThousandStreams(int seconds) {
+    constexpr int kStreams = 1000;
+    const int pid = servers->devices.Pid();
+    double cpuBefore = 0, cpuAfter = 0;
+    int64_t threads = 0;
+    auto wallStart = std::chrono::steady_clock::now();
+    double wall = 0;
+    const StreamLoad load = RunStreams(
+        servers->devices.Address(), kSpectrumDevice, kSpectrumProperty, kSpectrumSize, 1000, kStreams, 3, seconds,
+        [&](bool atEnd) {
+            threads = std::max(threads, ThreadsOf(pid));
+            if (!atEnd) {
+                cpuBefore = CpuSeconds(pid);
+                wallStart = std::chrono::steady_clock::now();
+            } else {
+                cpuAfter = CpuSeconds(pid);
+                wall = std::chrono::duration<double>(std::chrono::steady_clock::now() - wallStart).count();
+            }
+        });
+    // Every stream should have had a reading at every tick the server made.
+    const double expected = static_cast<double>(kStreams) * static_cast<double>(std::max<int64_t>(load.ticks, 1));
+    std::printf("figure net-1000-streams-delivered %.2f %%\n", 100.0 * static_cast<double>(load.readings) / expected);
+    std::printf("figure net-1000-streams-threads %lld threads\n", static_cast<long long>(threads));
+    std::printf("figure net-1000-streams-cpu %.2f %%\n", wall > 0 ? 100.0 * (cpuAfter - cpuBefore) / wall : 0.0);
+    std::printf("(1000 streams for %d s: %lld readings at %lld ticks, %lld failed)\n", seconds,
+                static_cast<long long>(load.readings), static_cast<long long>(load.ticks),
+                static_cast<long long>(load.failed));
+}
 
 double Percentile(std::vector<double> values, double p) {
     if (values.empty()) return 0;
@@ -126,7 +184,8 @@ void HundredViewers(int seconds) {
 }
 
 // Kill the device server while a live link reads it, start it again (on a
-// new port) and time from its "listening" to the first reading that arrives.
+// new port) and time from its "listening" (its names are in etcd by then) to
+// the first reading that arrives through the client's watch.
 void RestartRecovery() {
     ThreadScheduler scheduler;
     vire::SetScheduler(&scheduler);
@@ -169,6 +228,8 @@ int main(int argc, char** argv) {
     const int status = lumiscope_bench::RunGroup(argc, argv);
     const char* seconds = std::getenv("LUMISCOPE_BENCH_VIEWER_SECONDS");
     network_bench::HundredViewers(std::clamp(seconds != nullptr ? std::atoi(seconds) : 20, 1, 60));
+    const char* streamSeconds = std::getenv("LUMISCOPE_BENCH_STREAM_SECONDS");
+    network_bench::ThousandStreams(std::clamp(streamSeconds != nullptr ? std::atoi(streamSeconds) : 20, 1, 60));
     network_bench::RestartRecovery();
     return status;
 }

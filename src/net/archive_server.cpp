@@ -14,7 +14,13 @@ namespace net {
 ArchiveServer::ArchiveServer(std::shared_ptr<sim::SimulatedAccelerator> accelerator,
                              std::shared_ptr<ArchiveStore> store)
     : accelerator_(std::move(accelerator)), store_(std::move(store)),
-      names_(HistoryServerNames(accelerator_->model())), served_(names_.begin(), names_.end()) {}
+      names_(HistoryServerNames(accelerator_->model())), served_(names_.begin(), names_.end()) {
+    const auto& settings = accelerator_->settings();
+    for (const auto& [days, step] : {std::pair{settings.localHistoryDays, settings.localHistoryStepS},
+                                     std::pair{settings.archiveDays, settings.archiveStepS}})
+        if (step > 0) mostElements_ = std::max<int64_t>(mostElements_, int64_t{days} * 86400 / step + 1);
+    for (const auto& c : accelerator_->model().channels) mostElements_ = std::max<int64_t>(mostElements_, c.size);
+}
 
 vire::Status ArchiveServer::Answer(const LinkRequest& request, ServerBuffers& buffers, const CallContext&,
                                    int32_t timeoutMs) {
@@ -37,17 +43,16 @@ vire::Status ArchiveServer::Answer(const LinkRequest& request, ServerBuffers& bu
 
 void ArchiveServer::AnswerSeries(const HistoryTarget& target, vire::DataObject& out) {
     if (out.count <= 0 || vire::CanonicalFormat(out.format) != vire::kFormatFltInt) return;
+    // What the store recorded replaces the simulated past; a read never
+    // writes into the archive.
     const auto records = vire::DecodeFltInt(out.buffer, out.count);
     if (records.empty()) return;
     const auto stored = store_->Series(target.server, target.property, target.element, records.front().time,
                                        records.back().time);
-    std::vector<std::pair<int64_t, float>> missing;
     for (size_t i = 0; i < records.size(); ++i) {
         const auto it = stored.find(records[i].time);
         if (it != stored.end()) vire::EncodeFltInt(out.buffer, i, vire::FltInt{it->second, records[i].time});
-        else missing.emplace_back(records[i].time, records[i].value);
     }
-    store_->PutSeries(target.server, target.property, target.element, missing);
 }
 
 void ArchiveServer::AnswerSpectrum(const HistoryTarget& target, vire::DataObject& out) {
@@ -57,12 +62,7 @@ void ArchiveServer::AnswerSpectrum(const HistoryTarget& target, vire::DataObject
         const int32_t n = std::min<int32_t>(out.count, static_cast<int32_t>(stored->size()));
         for (int32_t i = 0; i < n; ++i) vire::StoreFloat(out.buffer, 4 * static_cast<size_t>(i), (*stored)[i]);
         out.count = n;
-        return;
     }
-    if (out.count != target.channel->size) return;  // only whole spectra are kept
-    std::vector<float> values(static_cast<size_t>(out.count));
-    for (size_t i = 0; i < values.size(); ++i) values[i] = vire::LoadFloat(out.buffer, 4 * i);
-    store_->PutSnapshot(target.server, target.property, t, values, false);
 }
 
 }  // namespace net

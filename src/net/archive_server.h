@@ -5,9 +5,10 @@
 // the archive, as far back as the retention reaches) is the simulation's, so
 // that the network and the in-process answers ask for the same times. For
 // each time the store holds, the stored value is answered (a recorded
-// spectrum first, a back-filled value else); a time it does not hold yet is
-// filled from the simulated past and stored, so that later answers and the
-// live data agree with it.
+// spectrum first, a back-filled value else); a time it does not hold is
+// answered from the simulated past, which is computed again on every read.
+// Reading never writes into the store: only the recorder does, so clients
+// cannot fill the archive's disk by asking.
 #pragma once
 
 #include <memory>
@@ -27,6 +28,7 @@ public:
 
     vire::Status Answer(const LinkRequest& request, ServerBuffers& buffers, const CallContext& caller,
                         int32_t timeoutMs) override;
+    int64_t MostElements(const LinkRequest&) const override { return mostElements_; }
     std::vector<std::string> Names() const override { return names_; }
     std::string Program() const override { return "lumiscope-archiver"; }
 
@@ -38,6 +40,7 @@ private:
     std::shared_ptr<ArchiveStore> store_;
     std::vector<std::string> names_;
     std::set<std::string> served_;
+    int64_t mostElements_ = 0;  // the longest recorded series or spectrum
 };
 
 }  // namespace net

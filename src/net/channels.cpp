@@ -1,44 +1,41 @@
 #include "net/channels.h"
 
-#include <cstdlib>
-#include <fstream>
-#include <sstream>
+#include <iostream>
+#include <mutex>
+
+#include "net/tls_settings.h"
 
 namespace net {
-namespace {
-
-std::string ReadWholeFile(const char* path) {
-    std::ifstream file(path, std::ios::binary);
-    std::ostringstream text;
-    text << file.rdbuf();
-    return text.str();
-}
-
-const char* Setting(const char* name) {
-    const char* value = std::getenv(name);
-    return value != nullptr && *value != '\0' ? value : nullptr;
-}
-
-}  // namespace
 
 std::shared_ptr<grpc::ChannelCredentials> ClientCredentials() {
-    if (const char* ca = Setting("LUMISCOPE_TLS_CA")) {
-        grpc::SslCredentialsOptions options;
-        options.pem_root_certs = ReadWholeFile(ca);
-        return grpc::SslCredentials(options);
+    const TlsSetup setup = TlsSetupFromEnvironment();
+    if (!setup.problem.empty()) {
+        // No call goes out in plain text when TLS was asked for: every call
+        // fails to connect (2), and the reason is told once.
+        static std::once_flag told;
+        std::call_once(told, [&] { std::cerr << "lumiscope: " << setup.problem << "\n"; });
+        grpc::SslCredentialsOptions unusable;
+        unusable.pem_root_certs = "unusable";
+        return grpc::SslCredentials(unusable);
     }
-    return grpc::InsecureChannelCredentials();
+    if (setup.trusted.empty() && !setup.HasIdentity()) return grpc::InsecureChannelCredentials();
+    grpc::SslCredentialsOptions options;
+    options.pem_root_certs = setup.trusted;
+    options.pem_private_key = setup.key;
+    options.pem_cert_chain = setup.certificate;
+    return grpc::SslCredentials(options);
 }
 
-std::shared_ptr<grpc::ServerCredentials> ServerCredentials() {
-    const char* cert = Setting("LUMISCOPE_TLS_CERT");
-    const char* key = Setting("LUMISCOPE_TLS_KEY");
-    if (cert != nullptr && key != nullptr) {
-        grpc::SslServerCredentialsOptions options;
-        options.pem_key_cert_pairs.push_back({ReadWholeFile(key), ReadWholeFile(cert)});
-        return grpc::SslServerCredentials(options);
-    }
-    return grpc::InsecureServerCredentials();
+std::shared_ptr<grpc::ServerCredentials> ServerCredentials(const TlsSetup& setup) {
+    if (!setup.HasIdentity()) return grpc::InsecureServerCredentials();
+    // Clients may come without a certificate (they read, and write from
+    // loopback only); one that shows a certificate must show a valid one.
+    grpc::SslServerCredentialsOptions options(setup.trusted.empty()
+                                                  ? GRPC_SSL_DONT_REQUEST_CLIENT_CERTIFICATE
+                                                  : GRPC_SSL_REQUEST_CLIENT_CERTIFICATE_AND_VERIFY);
+    options.pem_root_certs = setup.trusted;
+    options.pem_key_cert_pairs.push_back({setup.key, setup.certificate});
+    return grpc::SslServerCredentials(options);
 }
 
 std::shared_ptr<grpc::Channel> MakeChannel(const std::string& address) {

@@ -31,11 +31,13 @@ private:
 // A connection for one-off use (registration, tools): same settings.
 std::shared_ptr<grpc::Channel> MakeChannel(const std::string& address);
 
-// Client credentials: TLS when LUMISCOPE_TLS_CA names a file of trusted
-// certificates (PEM), plain otherwise.
+// Client credentials from the environment (tls_settings.h): TLS when trusted
+// certificates or a client certificate are set, with that certificate as the
+// caller's identity; plain otherwise.
 std::shared_ptr<grpc::ChannelCredentials> ClientCredentials();
-// Server credentials: TLS when LUMISCOPE_TLS_CERT and LUMISCOPE_TLS_KEY name
-// the server's certificate chain and key (PEM), plain otherwise.
-std::shared_ptr<grpc::ServerCredentials> ServerCredentials();
+// Server credentials: TLS when the set-up has a certificate, asking clients
+// for theirs when it has certificates to check them against; plain otherwise.
+struct TlsSetup;
+std::shared_ptr<grpc::ServerCredentials> ServerCredentials(const TlsSetup& setup);
 
 }  // namespace net

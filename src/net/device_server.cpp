@@ -1,15 +1,62 @@
 #include "net/device_server.h"
 
 #include <algorithm>
+#include <bit>
+#include <cmath>
 
+#include "net/write_gate.h"
 #include "vire/completion_codes.h"
+#include "vire/formats.h"
 #include "vire/link.h"
+#include "vire/wire.h"
 
 namespace net {
 namespace {
 
 std::string ServerOfDevice(const std::string& deviceAddress) {
     return sim::ParseAddress(deviceAddress).ServerAddress();
+}
+
+// A threshold of NaN or infinity would disable the limit it stands for.
+bool AllFinite(const vire::DataObject& in) {
+    const int16_t format = vire::CanonicalFormat(in.format);
+    const size_t width = format == vire::kFormatSingle ? 4 : format == vire::kFormatDouble ? 8 : 0;
+    if (width == 0) return true;
+    const size_t count = std::min(static_cast<size_t>(std::max(in.count, 0)), in.buffer.size() / width);
+    for (size_t i = 0; i < count; ++i) {
+        const double value =
+            width == 4 ? vire::LoadFloat(in.buffer, 4 * i)
+                       : std::bit_cast<double>(vire::LoadUint32(in.buffer, 8 * i) |
+                                               static_cast<uint64_t>(vire::LoadUint32(in.buffer, 8 * i + 4)) << 32);
+        if (!std::isfinite(value)) return false;
+    }
+    return true;
+}
+
+// Fields a list of names can fill: a long name runs on over several.
+int64_t NameFieldsBound(const std::vector<std::string>& names) {
+    int64_t characters = 0;
+    for (const auto& name : names) characters += static_cast<int64_t>(name.size()) + 1;
+    return characters;
+}
+
+// What each server can answer at most: its largest channel, threshold table
+// or name list, or its property list.
+std::map<std::string, int64_t> MostElementsByServer(const sim::Model& model) {
+    std::map<std::string, int64_t> most;
+    const auto raise = [&](const std::string& server, int64_t n) { most[server] = std::max(most[server], n); };
+    std::map<std::string, int64_t> properties;
+    for (const auto& c : model.channels) {
+        raise(c.serverAddress, std::max<int64_t>(c.size, NameFieldsBound(c.names)));
+        properties[c.serverAddress] += 1;
+    }
+    for (const auto& [key, table] : model.thresholds) {
+        raise(ServerOfDevice(key.first), static_cast<int64_t>(table.size()));
+        properties[ServerOfDevice(key.first)] += 1;
+    }
+    for (const auto& [key, names] : model.locations) raise(ServerOfDevice(key.first), NameFieldsBound(names));
+    for (const auto& [server, n] : properties) raise(server, n);
+    return most;
 }
 
 }  // namespace
@@ -40,7 +87,13 @@ DeviceServer::DeviceServer(std::shared_ptr<sim::SimulatedAccelerator> accelerato
                            HostAllowList writeHosts)
     : accelerator_(std::move(accelerator)),
       names_(ShareOf(DeviceServerAddresses(accelerator_->model()), shardIndex, shardCount)),
-      served_(names_.begin(), names_.end()), writeHosts_(std::move(writeHosts)) {}
+      served_(names_.begin(), names_.end()), mostElements_(MostElementsByServer(accelerator_->model())),
+      writeHosts_(std::move(writeHosts)) {}
+
+int64_t DeviceServer::MostElements(const LinkRequest& request) const {
+    const auto it = mostElements_.find(sim::ParseAddress(request.device()).ServerAddress());
+    return it == mostElements_.end() ? 0 : it->second;
+}
 
 vire::Status DeviceServer::Answer(const LinkRequest& request, ServerBuffers& buffers, const CallContext& caller,
                                   int32_t timeoutMs) {
@@ -50,9 +103,11 @@ vire::Status DeviceServer::Answer(const LinkRequest& request, ServerBuffers& buf
     if (access != vire::kAccessWrite)
         return accelerator_->Call(request.device(), request.property(), buffers.outObject, buffers.inObject, access,
                                   timeoutMs);
-    if (!writeHosts_.Allows(caller.claimedHost, caller.peerAddress)) return vire::kAccessDenied;
+    const WriteVerdict verdict = JudgeWrite(caller, writeHosts_);
+    if (verdict.status != vire::kOk) return verdict.status;
+    if (!AllFinite(buffers.inObject)) return vire::kInvalidInput;
     std::lock_guard<std::mutex> lock(writeMutex_);
-    vire::SetUserName(caller.user);
+    vire::SetUserName(verdict.user);
     return accelerator_->Call(request.device(), request.property(), buffers.outObject, buffers.inObject, access,
                               timeoutMs);
 }

@@ -7,11 +7,12 @@
 // device server's. A call to a server outside the share answers 2, as a
 // server that is not there.
 //
-// Writes (access 3) are checked twice: the host against the host allow-list
-// (a reported host name, or the network address the call came from), then the
-// user against the simulation's writers; anyone else gets 20.
+// Writes (access 3) are checked twice: who may write from where (see
+// write_gate.h), then the proven user against the simulation's writers;
+// anyone else gets 20. Values that are not finite are refused with 16.
 #pragma once
 
+#include <map>
 #include <memory>
 #include <mutex>
 #include <set>
@@ -36,6 +37,7 @@ public:
 
     vire::Status Answer(const LinkRequest& request, ServerBuffers& buffers, const CallContext& caller,
                         int32_t timeoutMs) override;
+    int64_t MostElements(const LinkRequest& request) const override;
     std::vector<std::string> Names() const override { return names_; }
     std::string Program() const override { return "lumiscope-devserver"; }
 
@@ -43,6 +45,7 @@ private:
     std::shared_ptr<sim::SimulatedAccelerator> accelerator_;
     std::vector<std::string> names_;
     std::set<std::string> served_;
+    std::map<std::string, int64_t> mostElements_;  // by server address
     HostAllowList writeHosts_;
     // The simulation asks the process's user name of a writer: one write at a time.
     std::mutex writeMutex_;

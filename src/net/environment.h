@@ -1,6 +1,8 @@
 // The programs' choice of transport, from the environment:
 //   LUMISCOPE_TRANSPORT=network   use the network (anything else: not this one)
-//   LUMISCOPE_NAMES=host:port     where the name service listens
+//   LUMISCOPE_NAMES=host:port,... the etcd endpoints where servers register
+//                                 their names (LUMISCOPE_NAMES_USER and
+//                                 LUMISCOPE_NAMES_PASSWORD: etcd's credentials)
 //   LUMISCOPE_NAMES_FILE=PATH     static names file; without it, the file
 //                                 "lumiscope-names.txt" of the configuration
 //                                 directory when there is one

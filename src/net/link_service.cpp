@@ -1,5 +1,9 @@
 #include "net/link_service.h"
 
+#include "net/monitor_streams.h"
+
+#include <grpc/grpc_security_constants.h>
+
 #include <algorithm>
 #include <chrono>
 
@@ -10,10 +14,18 @@
 namespace net {
 namespace {
 
-constexpr int32_t kShortestIntervalMs = 10;
+CallContext CallerOf(const grpc::ServerContextBase& context, const LinkRequest& request) {
+    CallContext caller{request.user(), PeerAddress(context.peer()), ""};
+    const auto auth = context.auth_context();
+    if (auth && auth->IsPeerAuthenticated()) {
+        const auto names = auth->FindPropertyValues(GRPC_X509_CN_PROPERTY_NAME);
+        if (!names.empty()) caller.certifiedUser.assign(names.front().data(), names.front().size());
+    }
+    return caller;
+}
 
-CallContext CallerOf(const grpc::ServerContext& context, const LinkRequest& request) {
-    return CallContext{request.user(), request.client_host(), PeerAddress(context.peer())};
+bool NamesTooLong(const LinkRequest& request) {
+    return request.device().size() > kMaxDeviceNameLength || request.property().size() > kMaxPropertyLength;
 }
 
 }  // namespace
@@ -35,52 +47,38 @@ std::string PeerAddress(const std::string& peer) {
     return colon == std::string::npos ? rest : rest.substr(0, colon);
 }
 
+LinkService::LinkService(LinkHandler& handler, int32_t streamsPerClient)
+    : handler_(handler), streams_(std::make_unique<MonitorStreams>(handler, streamsPerClient)) {}
+
+LinkService::~LinkService() = default;
+
 grpc::Status LinkService::Call(grpc::ServerContext* context, const LinkRequest* request, LinkReply* reply) {
     const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(context->deadline() -
                                                                             std::chrono::system_clock::now());
     const int32_t timeoutMs = static_cast<int32_t>(
         std::clamp<int64_t>(std::min<int64_t>(left.count(), request->timeout_ms()), 0, INT32_MAX));
     ServerBuffers buffers;
-    PrepareBuffers(*request, buffers);
-    vire::Status status = vire::kServerError;
-    try {
-        status = handler_.Answer(*request, buffers, CallerOf(*context, *request), timeoutMs);
-    } catch (...) {
-        status = vire::kServerError;
+    vire::Status status = vire::kInvalidInput;
+    if (!NamesTooLong(*request)) {
+        try {
+            PrepareBuffers(*request, handler_.MostElements(*request), buffers);
+            status = handler_.Answer(*request, buffers, CallerOf(*context, *request), timeoutMs);
+        } catch (...) {
+            status = vire::kServerError;
+        }
     }
     EncodeReply(status, buffers, *reply);
     reply->set_stamp_ms(vire::NowMilliseconds());
     return grpc::Status::OK;
 }
 
-grpc::Status LinkService::Monitor(grpc::ServerContext* context, const lumiscope::link::v1::MonitorRequest* request,
-                                  grpc::ServerWriter<LinkReply>* writer) {
+grpc::ServerWriteReactor<LinkReply>* LinkService::Monitor(grpc::CallbackServerContext* context,
+                                                          const lumiscope::link::v1::MonitorRequest* request) {
     LinkRequest link = request->link();
     link.set_access(vire::kAccessRead);
-    const auto interval = std::chrono::milliseconds(std::max(request->interval_ms(), kShortestIntervalMs));
-    const CallContext caller = CallerOf(*context, link);
-    auto next = std::chrono::steady_clock::now();
-    for (;;) {
-        if (context->IsCancelled()) break;
-        ServerBuffers buffers;
-        PrepareBuffers(link, buffers);
-        vire::Status status = vire::kServerError;
-        try {
-            status = handler_.Answer(link, buffers, caller, 0);
-        } catch (...) {
-            status = vire::kServerError;
-        }
-        LinkReply reply;
-        EncodeReply(status, buffers, reply);
-        reply.set_stamp_ms(vire::NowMilliseconds());
-        if (!writer->Write(reply)) break;
-        next += interval;
-        const auto now = std::chrono::steady_clock::now();
-        if (next < now) next = now + interval;  // fell behind: skip, never burst
-        std::unique_lock<std::mutex> lock(mutex_);
-        if (wake_.wait_until(lock, next, [this] { return stopping_; })) break;
-    }
-    return grpc::Status::OK;
+    if (NamesTooLong(link))
+        return MonitorStreams::Refuse(grpc::Status(grpc::StatusCode::INVALID_ARGUMENT, "device or property name too long"));
+    return streams_->Open(CallerOf(*context, link), link, request->interval_ms());
 }
 
 grpc::Status LinkService::Health(grpc::ServerContext*, const lumiscope::link::v1::HealthRequest*,
@@ -90,12 +88,6 @@ grpc::Status LinkService::Health(grpc::ServerContext*, const lumiscope::link::v1
     return grpc::Status::OK;
 }
 
-void LinkService::Stop() {
-    {
-        std::lock_guard<std::mutex> lock(mutex_);
-        stopping_ = true;
-    }
-    wake_.notify_all();
-}
+void LinkService::Stop() { streams_->Stop(); }
 
 }  // namespace net

@@ -3,8 +3,7 @@
 // handler's answers into replies and monitor streams.
 #pragma once
 
-#include <condition_variable>
-#include <mutex>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -15,9 +14,9 @@ namespace net {
 
 // Who is calling, as the server sees it.
 struct CallContext {
-    std::string user;         // as the client reports it
-    std::string claimedHost;  // the host name the client reports
-    std::string peerAddress;  // the network address the call came from ("127.0.0.1")
+    std::string user;           // as the client reports it
+    std::string peerAddress;    // the network address the call came from ("127.0.0.1")
+    std::string certifiedUser;  // common name of the client's verified certificate, "" without one
 };
 
 class LinkHandler {
@@ -28,21 +27,40 @@ public:
     // which must never wait).
     virtual vire::Status Answer(const LinkRequest& request, ServerBuffers& buffers, const CallContext& caller,
                                 int32_t timeoutMs) = 0;
+    // The most elements the device a request addresses can answer (its
+    // largest array, name list or history): the reply buffer's bound.
+    virtual int64_t MostElements(const LinkRequest& request) const = 0;
     // The server names this process answers for.
     virtual std::vector<std::string> Names() const = 0;
     virtual std::string Program() const = 0;
 };
 
+// What one client may ask of a server. Longer names are refused with 16
+// before any handler sees them; a request larger than kMaxRequestBytes is
+// refused by the engine (RESOURCE_EXHAUSTED); a client (one network address)
+// with streamsPerClient monitor streams open gets RESOURCE_EXHAUSTED for the
+// next one.
+inline constexpr size_t kMaxDeviceNameLength = 256;
+inline constexpr size_t kMaxPropertyLength = 128;
+inline constexpr int kMaxRequestBytes = 1024 * 1024;
+inline constexpr int32_t kDefaultStreamsPerClient = 2000;
+
 // "ipv4:127.0.0.1:5000" -> "127.0.0.1"; "ipv6:[::1]:5000" -> "::1".
 std::string PeerAddress(const std::string& peer);
 
-class LinkService final : public lumiscope::link::v1::Link::Service {
+class MonitorStreams;
+
+// Calls are answered on the engine's thread pool (a call may wait for a slow
+// device); monitor streams on its callback API, without a thread each.
+class LinkService final
+    : public lumiscope::link::v1::Link::WithCallbackMethod_Monitor<lumiscope::link::v1::Link::Service> {
 public:
-    explicit LinkService(LinkHandler& handler) : handler_(handler) {}
+    LinkService(LinkHandler& handler, int32_t streamsPerClient);
+    ~LinkService() override;
 
     grpc::Status Call(grpc::ServerContext* context, const LinkRequest* request, LinkReply* reply) override;
-    grpc::Status Monitor(grpc::ServerContext* context, const lumiscope::link::v1::MonitorRequest* request,
-                         grpc::ServerWriter<LinkReply>* writer) override;
+    grpc::ServerWriteReactor<LinkReply>* Monitor(grpc::CallbackServerContext* context,
+                                                 const lumiscope::link::v1::MonitorRequest* request) override;
     grpc::Status Health(grpc::ServerContext* context, const lumiscope::link::v1::HealthRequest* request,
                         lumiscope::link::v1::HealthReply* reply) override;
 
@@ -51,9 +69,7 @@ public:
 
 private:
     LinkHandler& handler_;
-    std::mutex mutex_;
-    std::condition_variable wake_;
-    bool stopping_ = false;
+    std::unique_ptr<MonitorStreams> streams_;
 };
 
 }  // namespace net

@@ -4,22 +4,10 @@
 #include <fstream>
 #include <sstream>
 
-#include "net/proto/link.grpc.pb.h"
-#include "net/status_mapping.h"
-#include "net/wire_codec.h"
 #include "sim/model.h"
 #include "vire/completion_codes.h"
-#include "vire/formats.h"
-#include "vire/link.h"
 
 namespace net {
-namespace {
-
-// A resolved address is trusted this long; a failed call forgets it sooner.
-constexpr auto kCacheLifetime = std::chrono::seconds(5);
-constexpr int32_t kMaxAddressLength = 512;
-
-}  // namespace
 
 std::vector<std::string> ServerNamesOf(const std::string& fullDeviceName) {
     const sim::Address address = sim::ParseAddress(fullDeviceName);
@@ -51,83 +39,91 @@ std::map<std::string, std::string> ReadNamesFile(const std::string& path) {
     return names;
 }
 
-vire::Status CallNameService(const std::string& namesAddress, const std::string& property, int16_t access,
-                             const std::string& input, int32_t timeoutMs, std::string& answer) {
-    answer.clear();
-    static ChannelPool pool;
-    auto stub = lumiscope::link::v1::Link::NewStub(pool.Get(namesAddress));
-    std::vector<std::byte> inBytes(input.size());
-    std::transform(input.begin(), input.end(), inBytes.begin(), [](char c) { return static_cast<std::byte>(c); });
-    std::vector<std::byte> outBytes(kMaxAddressLength);
-    vire::DataObject in{static_cast<int32_t>(inBytes.size()), vire::kFormatText, "", inBytes};
-    vire::DataObject out{access == vire::kAccessRead ? kMaxAddressLength : 0, vire::kFormatText, "", outBytes};
-    const LinkRequest request =
-        EncodeRequest(kNamesDevice, property, out, in, access, timeoutMs, CallerIdentity{vire::UserName(), ""});
-    grpc::ClientContext context;
-    context.set_deadline(std::chrono::system_clock::now() + std::chrono::milliseconds(timeoutMs));
-    LinkReply reply;
-    const grpc::Status status = stub->Call(&context, request, &reply);
-    if (!status.ok()) {
-        if (status.error_code() == grpc::StatusCode::UNAVAILABLE) pool.Drop(namesAddress);
-        return StatusOfFailedCall(status);
-    }
-    const vire::Status code = DecodeReply(reply, out, out.count);
-    if (code == vire::kOk)
-        answer.assign(reinterpret_cast<const char*>(outBytes.data()), static_cast<size_t>(out.count));
-    return code;
+NameResolver::NameResolver(const std::string& etcdEndpoints, const std::string& namesFile) {
+    if (!namesFile.empty()) staticNames_ = ReadNamesFile(namesFile);
+    EtcdSettings settings = EtcdSettingsFrom(etcdEndpoints);
+    if (settings.endpoints.empty()) return;
+    etcd_ = std::make_unique<EtcdClient>(std::move(settings));
+    watcher_ = std::thread([this] { Follow(); });
 }
 
-NameResolver::NameResolver(std::string namesAddress, std::string namesFile)
-    : namesAddress_(std::move(namesAddress)) {
-    if (!namesFile.empty()) staticNames_ = ReadNamesFile(namesFile);
+NameResolver::~NameResolver() {
+    if (!etcd_) return;
+    {
+        std::lock_guard<std::mutex> lock(mutex_);
+        stopping_ = true;
+    }
+    wake_.notify_all();
+    etcd_->CancelWatch();
+    watcher_.join();
+}
+
+void NameResolver::Take(const std::map<std::string, std::string>& keys) {
+    const size_t prefix = std::string(kNamesPrefix).size();
+    registered_.clear();
+    for (const auto& [key, value] : keys) registered_[key.substr(prefix)] = value;
+}
+
+void NameResolver::Follow() {
+    for (;;) {
+        std::map<std::string, std::string> keys;
+        int64_t revision = 0;
+        const bool read = etcd_->GetPrefix(kNamesPrefix, keys, revision, std::chrono::milliseconds(2000)).ok();
+        {
+            std::lock_guard<std::mutex> lock(mutex_);
+            if (read) Take(keys);
+            following_ = read;
+            tried_ = true;
+        }
+        wake_.notify_all();
+        if (read) {
+            const size_t prefix = std::string(kNamesPrefix).size();
+            etcd_->Watch(kNamesPrefix, revision + 1, [&](const EtcdEvent& event) {
+                std::lock_guard<std::mutex> lock(mutex_);
+                if (event.removed) registered_.erase(event.key.substr(prefix));
+                else registered_[event.key.substr(prefix)] = event.value;
+            });
+        }
+        std::unique_lock<std::mutex> lock(mutex_);
+        following_ = false;
+        if (wake_.wait_for(lock, std::chrono::milliseconds(200), [this] { return stopping_; })) return;
+    }
+}
+
+bool NameResolver::Registered(const std::vector<std::string>& names, std::string& address) const {
+    for (const auto& name : names) {
+        const auto it = registered_.find(name);
+        if (it != registered_.end()) {
+            address = it->second;
+            return true;
+        }
+    }
+    return false;
 }
 
 vire::Status NameResolver::Resolve(const std::string& fullDeviceName, int32_t timeoutMs, std::string& address) {
     const auto names = ServerNamesOf(fullDeviceName);
-    const auto now = std::chrono::steady_clock::now();
     {
-        std::lock_guard<std::mutex> lock(mutex_);
-        for (const auto& name : names) {
-            const auto it = cache_.find(name);
-            if (it != cache_.end() && it->second.until > now) {
-                address = it->second.address;
-                return vire::kOk;
-            }
-        }
+        // The first answer of etcd is worth waiting for (within the call's time).
+        std::unique_lock<std::mutex> lock(mutex_);
+        if (etcd_) wake_.wait_for(lock, std::chrono::milliseconds(std::max(timeoutMs, 0)), [this] { return tried_; });
+        if (Registered(names, address)) return vire::kOk;
     }
-    std::string found;
-    std::string foundName;
-    if (!namesAddress_.empty()) {
-        for (const auto& name : names) {
-            std::string answer;
-            const vire::Status status = CallNameService(namesAddress_, "RESOLVE", vire::kAccessRead, name,
-                                                        std::min(timeoutMs, kNamesCallTimeoutMs), answer);
-            if (status == vire::kOk && !answer.empty()) {
-                found = answer;
-                foundName = name;
-                break;
-            }
-            if (status != vire::kUnknownDevice) break;  // the service is not answering: ask the file
-        }
-    }
-    for (size_t i = 0; found.empty() && i <= names.size(); ++i) {
-        const std::string name = i < names.size() ? names[i] : "*";
-        const auto it = staticNames_.find(name);
+    for (size_t i = 0; i <= names.size(); ++i) {
+        const auto it = staticNames_.find(i < names.size() ? names[i] : "*");
         if (it != staticNames_.end()) {
-            found = it->second;
-            foundName = names.empty() ? name : names.front();
+            address = it->second;
+            return vire::kOk;
         }
     }
-    if (found.empty()) return vire::kLinkError;
-    std::lock_guard<std::mutex> lock(mutex_);
-    cache_[foundName] = Cached{found, now + kCacheLifetime};
-    address = found;
-    return vire::kOk;
+    return vire::kLinkError;
 }
 
 void NameResolver::Forget(const std::string& fullDeviceName) {
+    // Names that etcd cannot tell about any more (it is away) are not trusted.
     std::lock_guard<std::mutex> lock(mutex_);
-    for (const auto& name : ServerNamesOf(fullDeviceName)) cache_.erase(name);
+    if (following_) return;
+    for (const auto& name : ServerNamesOf(fullDeviceName)) registered_.erase(name);
 }
 
 }  // namespace net

@@ -26,7 +26,7 @@
 namespace net {
 
 struct NetworkSettings {
-    std::string namesAddress;  // "host:port" of the name service, "" for none
+    std::string namesAddress;  // etcd endpoints ("host:port,..."), "" for none
     std::string namesFile;     // static names file, "" for none
     std::string clientHost;    // reported with every call; the host's name when empty
 };

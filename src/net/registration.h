@@ -1,32 +1,41 @@
-// A server's names at the name service: registered with a lease and renewed
-// by heartbeats, withdrawn when the server stops. A name service that is
-// away is simply asked again at the next heartbeat.
+// A server's names in etcd: put under a lease that a heartbeat keeps alive,
+// withdrawn at once on a clean stop (the lease is revoked). A server that
+// dies without a word loses its names when the lease runs out. An etcd that
+// is away is asked again at the next heartbeat; a lease that ran out
+// meanwhile is replaced by a new one with the names put again.
 #pragma once
 
 #include <condition_variable>
+#include <cstdint>
 #include <mutex>
 #include <string>
 #include <thread>
 #include <vector>
 
+#include "net/etcd_client.h"
+
 namespace net {
 
 class Registration {
 public:
-    // Heartbeats come every leaseMs / 3.
-    Registration(std::string namesAddress, std::vector<std::string> names, std::string address, int32_t leaseMs);
+    // Heartbeats come every third of the lease. Registration needs etcd
+    // credentials that may write the names (settings.user).
+    Registration(EtcdSettings settings, std::vector<std::string> names, std::string address, int32_t leaseMs);
     ~Registration();  // withdraws the names
     Registration(const Registration&) = delete;
     Registration& operator=(const Registration&) = delete;
 
 private:
     void Run();
-    void RegisterAll();
+    // A new lease and every name under it; false (and said once) when etcd refuses.
+    bool RegisterAll();
 
-    const std::string namesAddress_;
+    EtcdClient etcd_;
     const std::vector<std::string> names_;
     const std::string address_;
     const int32_t leaseMs_;
+    int64_t lease_ = 0;
+    std::string lastProblem_;
     std::mutex mutex_;
     std::condition_variable wake_;
     bool stopping_ = false;

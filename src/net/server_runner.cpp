@@ -11,9 +11,12 @@
 #include "net/channels.h"
 #include "net/network_transport.h"
 #include "net/registration.h"
+#include "net/tls_settings.h"
 
 namespace net {
 namespace {
+
+constexpr int kMostCallThreads = 24;
 
 sigset_t StopSignals() {
     sigset_t signals;
@@ -47,22 +50,34 @@ void BlockStopSignals() {
 
 int RunServer(LinkHandler& handler, const ServerSettings& settings, const std::function<void()>& started,
               const std::function<void()>& stopping) {
-    LinkService service(handler);
+    const TlsSetup tls = TlsSetupFromEnvironment();
+    if (!tls.problem.empty()) {
+        std::cerr << handler.Program() << ": " << tls.problem << "\n";
+        return 1;
+    }
+    LinkService service(handler, settings.streamsPerClient);
     grpc::ServerBuilder builder;
     int port = 0;
-    builder.AddListeningPort(settings.listen, ServerCredentials(), &port);
+    builder.AddListeningPort(settings.listen, ServerCredentials(tls), &port);
     builder.RegisterService(&service);
-    builder.SetMaxReceiveMessageSize(16 * 1024 * 1024);
+    builder.SetMaxReceiveMessageSize(kMaxRequestBytes);
+    // Calls wait for slow devices on threads of their own: never more than
+    // these, however many clients call at once (the rest queue).
+    grpc::ResourceQuota quota("lumiscope-calls");
+    quota.SetMaxThreads(kMostCallThreads);
+    builder.SetResourceQuota(quota);
     builder.SetMaxSendMessageSize(80 * 1024 * 1024);
     std::unique_ptr<grpc::Server> server = builder.BuildAndStart();
     if (!server || port == 0) {
         std::cerr << handler.Program() << ": cannot listen on " << settings.listen << "\n";
         return 1;
     }
-    std::cout << "listening on " << WithPort(settings.listen, port) << std::endl;
     std::optional<Registration> registration;
     if (!settings.namesAddress.empty())
-        registration.emplace(settings.namesAddress, handler.Names(), Advertised(settings, port), settings.leaseMs);
+        registration.emplace(EtcdSettingsFrom(settings.namesAddress), handler.Names(), Advertised(settings, port),
+                             settings.leaseMs);
+    // Said once the names are registered: from then on clients find this server.
+    std::cout << "listening on " << WithPort(settings.listen, port) << std::endl;
     if (started) started();
 
     const sigset_t signals = StopSignals();
@@ -84,6 +99,11 @@ std::string ReadServerOptions(const ProgramOptions& options, ServerSettings& set
     settings.namesAddress = options.Get("--names", EnvironmentOr("LUMISCOPE_NAMES", ""));
     settings.advertise = options.Get("--advertise");
     settings.leaseMs = static_cast<int32_t>(leaseMs);
+    int64_t streams = kDefaultStreamsPerClient;
+    if (!catalogue::ParseInteger(options.Get("--max-streams", std::to_string(kDefaultStreamsPerClient)), 1, 1'000'000,
+                                 streams))
+        return "--max-streams must be 1..1000000";
+    settings.streamsPerClient = static_cast<int32_t>(streams);
     return "";
 }
 

@@ -68,12 +68,17 @@ vire::Status DecodeReply(const LinkReply& reply, vire::DataObject& out, int32_t 
     return status;
 }
 
-void PrepareBuffers(const LinkRequest& request, ServerBuffers& buffers) {
+void PrepareBuffers(const LinkRequest& request, int64_t mostElements, ServerBuffers& buffers) {
     const auto format = static_cast<int16_t>(std::clamp<int32_t>(request.out_format(), INT16_MIN, INT16_MAX));
     const int32_t width = vire::FormatSize(format);
-    int64_t outBytes = std::clamp<int64_t>(request.out_capacity(), 0, kMaxReplyBytes);
-    if (width > 0) outBytes = std::min(outBytes, std::max<int64_t>(request.out_count(), 0) * width);
-    buffers.out.assign(static_cast<size_t>(std::max<int64_t>(outBytes, 0)), std::byte{0});
+    // The caller's count and capacity can only make the buffer smaller: a
+    // server never allocates more than the device has to give.
+    int64_t outBytes = 0;
+    if (width > 0) {
+        const int64_t elements = std::min<int64_t>(std::max(request.out_count(), 0), std::max<int64_t>(mostElements, 0));
+        outBytes = std::min({elements * width, std::max<int64_t>(request.out_capacity(), 0), kMaxReplyBytes});
+    }
+    buffers.out.assign(static_cast<size_t>(outBytes), std::byte{0});
     const auto& data = request.in_data();
     // Copied element by element: an empty string's data may be null, which memcpy must not see.
     buffers.in.resize(data.size());

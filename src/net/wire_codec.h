@@ -36,14 +36,15 @@ LinkRequest EncodeRequest(const std::string& fullDeviceName, const std::string& 
 // completion code; `asked` is the count the caller asked for.
 vire::Status DecodeReply(const LinkReply& reply, vire::DataObject& out, int32_t asked);
 
-// Server side: the storage a request asks for, bounded by kMaxReplyBytes.
+// Server side: the storage a request asks for, bounded by what the addressed
+// device can answer (mostElements) and by kMaxReplyBytes.
 struct ServerBuffers {
     std::vector<std::byte> in;
     std::vector<std::byte> out;
     vire::DataObject inObject;
     vire::DataObject outObject;
 };
-void PrepareBuffers(const LinkRequest& request, ServerBuffers& buffers);
+void PrepareBuffers(const LinkRequest& request, int64_t mostElements, ServerBuffers& buffers);
 
 // Server side: the reply for what the handler left in buffers.outObject.
 void EncodeReply(vire::Status status, const ServerBuffers& buffers, LinkReply& reply);

@@ -1,4 +1,4 @@
-// The name service's table, names files, who may write, and the shards.
+// Names in etcd, names files and the shards.
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -6,86 +6,74 @@
 #include <fstream>
 #include <tuple>
 
-#include "net/allow_list.h"
 #include "net/device_server.h"
 #include "net/environment.h"
 #include "net/name_client.h"
-#include "net/name_registry.h"
-#include "net/wire_codec.h"
+#include "net/etcd_client.h"
+#include "network_fixture.h"
 #include "vire/completion_codes.h"
 #include "vire/formats.h"
 #include "vire/link.h"
 
+namespace net_test {
 namespace {
 
-class Registry : public ::testing::Test {
+class Names : public NetworkSuite {
 protected:
-    // One call; the answer's text for RESOLVE.
-    vire::Status Ask(const std::string& property, int16_t access, const std::string& text, std::string* answer = nullptr,
-                     int32_t room = 64, int16_t format = vire::kFormatText, const char* device = net::kNamesDevice) {
-        const auto* bytes = reinterpret_cast<const std::byte*>(text.data());
-        std::vector<std::byte> in(bytes, bytes + text.size()), out(static_cast<size_t>(room));
-        const auto request = net::EncodeRequest(device, property, vire::DataObject{room, vire::kFormatText, "", out},
-                                                vire::DataObject{static_cast<int32_t>(text.size()), format, "", in},
-                                                access, 500, {});
-        net::ServerBuffers buffers;
-        net::PrepareBuffers(request, buffers);
-        const vire::Status status = registry.Answer(request, buffers, net::CallContext{}, 500);
-        if (answer != nullptr && status == 0)
-            answer->assign(reinterpret_cast<const char*>(buffers.out.data()), size_t(buffers.outObject.count));
-        return status;
+    // What etcd holds for a name, as a client reads it.
+    static std::string InEtcd(const std::string& name) {
+        std::map<std::string, std::string> keys;
+        int64_t revision = 0;
+        net::EtcdClient(net::EtcdSettingsFrom(Etcd().endpoint))
+            .GetPrefix(net::NameKey(name), keys, revision, std::chrono::seconds(1));
+        return keys.empty() ? "" : keys.begin()->second;
     }
-    std::string Where(const std::string& name) {
-        std::string address;
-        Ask("RESOLVE", vire::kAccessRead, name, &address);
-        return address;
-    }
-    vire::Status Register(const std::string& text) { return Ask("REGISTER", vire::kAccessWrite, text); }
-    int64_t now = 1000;
-    net::NameRegistry registry{[this] { return now; }};
 };
 
-TEST_F(Registry, LeasesRunOutUnlessRenewedAndOnlyTheHolderWithdrawsAName) {
-    ASSERT_EQ(Register("/ORKA/BPMQ1 host-a:5001 3000"), 0);
-    ASSERT_EQ(Register("OKHISTORY host-h:5010 1"), 0);  // raised to the shortest lease
-    now += net::NameRegistry::kShortestLeaseMs - 1;
-    EXPECT_EQ(Where("OKHISTORY"), "host-h:5010");
-    now += 1;
-    EXPECT_EQ(Ask("RESOLVE", vire::kAccessRead, "OKHISTORY"), vire::kUnknownDevice);
-    now += 2000;  // 2999 ms after registering: a heartbeat renews
-    ASSERT_EQ(Register("/ORKA/BPMQ1 host-a:5001 3000"), 0);
-    now += 2999;
-    EXPECT_EQ(Where("/ORKA/BPMQ1"), "host-a:5001");
-    // A server restarted elsewhere takes the name over; the old one leaving late changes nothing.
-    ASSERT_EQ(Register("/ORKA/BPMQ1 host-b:5001 3000"), 0);
-    ASSERT_EQ(Ask("UNREGISTER", vire::kAccessWrite, "/ORKA/BPMQ1 host-a:5001"), 0);
-    EXPECT_EQ(Where("/ORKA/BPMQ1"), "host-b:5001");
-    ASSERT_EQ(Ask("UNREGISTER", vire::kAccessWrite, "/ORKA/BPMQ1 host-b:5001"), 0);
-    EXPECT_EQ(Ask("RESOLVE", vire::kAccessRead, "/ORKA/BPMQ1"), vire::kUnknownDevice);
-}
-
-TEST_F(Registry, MalformedCallsGetTheirCodesAndRegisterNothing) {
-    ASSERT_EQ(Register("/ORKA/LONG a-long-host-name.example.org:5001 3000"), 0);
-    // property, access, input text, room for the answer, input format, status
-    const std::tuple<const char*, int16_t, const char*, int32_t, int16_t, vire::Status> cases[] = {
-        {"REGISTER", vire::kAccessWrite, "/ORKA/X host:1", 64, vire::kFormatText, vire::kInvalidInput},
-        {"REGISTER", vire::kAccessWrite, "/ORKA/X host:1 soon", 64, vire::kFormatText, vire::kInvalidInput},
-        {"REGISTER", vire::kAccessWrite, "/ORKA/X host:1 -5", 64, vire::kFormatText, vire::kInvalidInput},
-        {"REGISTER", vire::kAccessWrite, "/ORKA/X host:1 5 6", 64, vire::kFormatText, vire::kInvalidInput},
-        {"REGISTER", vire::kAccessRead, "/ORKA/X host:1 500", 64, vire::kFormatText, vire::kIllegalAccess},
-        {"RESOLVE", vire::kAccessWrite, "/ORKA/LONG", 64, vire::kFormatText, vire::kIllegalAccess},
-        {"RESOLVE", vire::kAccessRead, "/ORKA/LONG", 10, vire::kFormatText, vire::kOutOfRange},
-        {"RESOLVE", vire::kAccessRead, "/ORKA/LONG", 64, vire::kFormatLong, vire::kFormatMismatch},
-        {"LIST", vire::kAccessRead, "", 64, vire::kFormatText, vire::kUnknownProperty},
+TEST_F(Names, OnlyTheServersCredentialsRegisterANameAndReadersCannot) {
+    // user, password, may register
+    const std::tuple<std::string, std::string, bool> cases[] = {
+        {"", "", false},
+        {"lumiscope-reader", Etcd().readerPassword, false},
+        {"lumiscope-server", "wrong", false},
+        {"lumiscope-server", Etcd().serverPassword, true},
     };
-    for (const auto& [property, access, text, room, format, status] : cases)
-        EXPECT_EQ(Ask(property, access, text, nullptr, room, format), status) << property << " " << text;
-    EXPECT_EQ(Ask("RESOLVE", vire::kAccessRead, "/ORKA/LONG", nullptr, 64, vire::kFormatText, "/ORKA/BPMQ1"),
-              vire::kLinkError);  // not the name service's device
-    EXPECT_EQ(Where("/ORKA/X"), "");
+    for (const auto& [user, password, allowed] : cases) {
+        net::EtcdClient etcd(net::EtcdSettings{{Etcd().endpoint}, user, password});
+        const grpc::Status status = etcd.Put(net::NameKey("/ORKA/BPMQ1"), "rogue:1", 0, std::chrono::seconds(1));
+        EXPECT_EQ(status.ok(), allowed) << user << ": " << status.error_message();
+    }
+    EXPECT_EQ(InEtcd("/ORKA/BPMQ1"), "rogue:1");  // the one that may: a server's credentials
+    devices.Stop();
+    EXPECT_EQ(InEtcd("/ORKA/BLMSRV"), "");  // a clean stop withdraws its names at once
+    ASSERT_TRUE(StartDevices());  // registered by the time it says it listens
+    EXPECT_EQ(InEtcd("/ORKA/BPMQ1"), devices.Address());
 }
 
-TEST(NameLookup, AddressesNameTheirServersAndNamesFilesAnswerWhereTheServiceDoesNot) {
+TEST_F(Names, AKilledServerVanishesWhenItsLeaseEndsAndClientsFollowItToItsNewPortByTheWatch) {
+    net::NameResolver resolver(Etcd().endpoint, "");
+    std::string address;
+    ASSERT_EQ(resolver.Resolve("/ORKA/BPMQ1/ORBIT", 500, address), vire::kOk);
+    EXPECT_EQ(address, devices.Address());
+    const std::string old = devices.Address();
+    devices.Kill();
+    EXPECT_EQ(InEtcd("/ORKA/BPMQ1"), old);  // nobody withdrew it
+    EXPECT_TRUE(WaitUntil([] { return InEtcd("/ORKA/BPMQ1").empty(); }, std::chrono::seconds(5)));
+    ASSERT_TRUE(StartDevices());
+    ASSERT_NE(devices.Address(), old);
+    // Nothing is forgotten or asked again: the watch brings the new address.
+    EXPECT_TRUE(WaitUntil(
+        [&] { return resolver.Resolve("/ORKA/BPMQ1/ORBIT", 0, address) == vire::kOk && address == devices.Address(); },
+        std::chrono::milliseconds(500)));
+}
+
+TEST(NameLookup, EndpointsAreCommaSeparatedWithOrWithoutScheme) {
+    const std::pair<const char*, std::vector<std::string>> cases[] = {
+        {"a:1", {"a:1"}}, {" a:1, http://b:2,,https://c:3 ", {"a:1", "b:2", "c:3"}}, {"", {}}, {",", {}}};
+    for (const auto& [text, endpoints] : cases) EXPECT_EQ(net::EtcdSettingsFrom(text).endpoints, endpoints) << text;
+}
+
+TEST(NameLookup, AddressesNameTheirServersAndNamesFilesAnswerWhereEtcdDoesNot) {
     const std::pair<const char*, std::vector<std::string>> cases[] = {
         {"/ORKA/BPMQ1/ORBIT", {"/ORKA/BPMQ1", "BPMQ1"}}, {"/ORKA/OKHISTORY/BLM.S01.1", {"/ORKA/OKHISTORY", "OKHISTORY"}},
         {"/ORKA/BLMSRV", {"/ORKA/BLMSRV", "BLMSRV"}},    {"OKHISTORY/#1", {"OKHISTORY"}},
@@ -98,7 +86,7 @@ TEST(NameLookup, AddressesNameTheirServersAndNamesFilesAnswerWhereTheServiceDoes
                            "no-address\n/ORKA/X a:1 b:2\n* dev2:5901\n/ORKA/BPMQ1 dev9:5901\n";
     EXPECT_EQ(net::ReadNamesFile(path), (std::map<std::string, std::string>{
                                             {"/ORKA/BPMQ1", "dev9:5901"}, {"OKHISTORY", "arch:5910"}, {"*", "dev2:5901"}}));
-    // A name service that is not there: the file answers, "*" for the rest.
+    // An etcd that is not there: the file answers, "*" for the rest.
     net::NameResolver resolver("127.0.0.1:1", path);
     std::string address;
     EXPECT_EQ(resolver.Resolve("/ORKA/OKHISTORY/BLM.S01.1", 100, address), 0);
@@ -131,36 +119,6 @@ TEST(NameLookup, TheEnvironmentChoosesTheNetworkAndWhereItsNamesAre) {
     for (const char* name : {"LUMISCOPE_TRANSPORT", "LUMISCOPE_NAMES", "LUMISCOPE_NAMES_FILE"}) unsetenv(name);
 }
 
-TEST(WriteHosts, HostNamesMatchWhatTheClientSaysAndNetworksWhereTheCallCameFrom) {
-    // the list, the host name the client claims, the address the call came from, allowed
-    const std::tuple<const char*, const char*, const char*, bool> cases[] = {
-        {"opsconsole", "OpsConsole", "10.0.0.7", true},   {"opsconsole", "opsconsole2", "10.0.0.7", false},
-        {"opsconsole", "", "10.0.0.7", false},            {"10.1.0.0/16", "anyone", "10.1.255.3", true},
-        {"10.1.0.0/16", "anyone", "10.2.0.3", false},     {"10.1.2.3", "", "10.1.2.4", false},
-        {"10.1.2.3/31", "", "10.1.2.2", true},            {"0.0.0.0/0", "", "192.168.1.1", true},
-        {"127.0.0.0/8", "", "::1", false},                {"fd00::/8", "", "fd12::5", true},
-        {"fd00::/8", "", "fe80::1", false},               {"", "opsconsole", "127.0.0.1", false},
-        {"10.1.0.0/16", "10.1.0.9", "10.9.9.9", false},  // an address claimed as a host name proves nothing
-        {net::kDefaultWriteHosts, "", "127.0.0.1", true}, {net::kDefaultWriteHosts, "", "192.168.0.2", false},
-    };
-    for (const auto& [text, claimed, peer, allowed] : cases) {
-        net::HostAllowList list;
-        std::string problem;
-        ASSERT_TRUE(list.Parse(text, problem)) << text << ": " << problem;
-        EXPECT_EQ(list.Allows(claimed, peer), allowed) << text << " / " << claimed << " / " << peer;
-    }
-    for (const char* bad : {"10.0.0.0/33", "::1/129", "10.0.0.0/x", "host name", "a/b"}) {
-        net::HostAllowList list;
-        std::string problem;
-        EXPECT_FALSE(list.Parse(std::string("ok-host,") + bad, problem)) << bad;
-        EXPECT_NE(problem.find(bad), std::string::npos) << problem;
-        EXPECT_TRUE(list.Allows("ok-host", ""));  // what could be read stays
-    }
-    const std::pair<const char*, const char*> peers[] = {
-        {"ipv4:127.0.0.1:5000", "127.0.0.1"}, {"ipv6:[::1]:5000", "::1"}, {"ipv6:%5B::1%5D:5000", "::1"}, {"", ""}};
-    for (const auto& [peer, address] : peers) EXPECT_EQ(net::PeerAddress(peer), address) << peer;
-}
-
 TEST(Shards, EveryDeviceServerIsServedByExactlyOneShardAndHistoryServersByNone) {
     const auto servers = net::DeviceServerAddresses(sim::BuildModel(LUMISCOPE_SAMPLE_CONFIG_DIR, 7));
     for (const char* expected : {"/ORKA/BPMQ1", "/ORKA/BLMSRV", "/LYRAS/PSSTEER", "/KALM/BPMSRV"})
@@ -178,3 +136,4 @@ TEST(Shards, EveryDeviceServerIsServedByExactlyOneShardAndHistoryServersByNone) 
 }
 
 }  // namespace
+}  // namespace net_test

@@ -1,5 +1,6 @@
-// A name service, one device server serving the whole sample configuration
-// and an archiver, started once for a test suite, and a NetworkTransport on them.
+// etcd for the names, one device server serving the whole sample
+// configuration and an archiver, started once for a test suite, and a
+// NetworkTransport on them.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -25,7 +26,7 @@ inline const std::map<std::string, std::string> kSimEnvironment{
     {"LUMISCOPE_SIM_SEED", "7"},
     {"LUMISCOPE_SIM_WRITERS", "operator"},
     {"LUMISCOPE_SIM_FAULTS", "/ORKA/BPMQ2=slow,/VESTA/BLMSRV=code:36"},
-    {"LUMISCOPE_WRITE_HOSTS", "opsconsole,10.9.0.0/16"},
+    {"LUMISCOPE_WRITE_HOSTS", "10.9.0.0/16"},
 };
 
 // The simulated accelerator in this process, with the servers' settings.
@@ -43,24 +44,36 @@ protected:
     static void SetUpTestSuite() {
         archiver.Stop();  // before its database goes
         std::filesystem::remove(Archive());
-        if (names.Start("lumiscope-names", {"--listen", "127.0.0.1:0"}) && StartDevices()) StartArchiver();
+        Etcd().BecomeReader();
+        if (StartDevices()) StartArchiver();
     }
-    static bool StartDevices() {
+    // One etcd for every suite of the process.
+    static const LocalEtcd& Etcd() {
+        static const LocalEtcd etcd;
+        return etcd;
+    }
+    static std::map<std::string, std::string> ServerEnvironment() {
+        auto environment = kSimEnvironment;
+        environment.merge(Etcd().ServerEnvironment());
+        return environment;
+    }
+    static bool StartDevices(const std::vector<std::string>& more = {}) {
         // A short lease: the later tests need the heartbeats.
-        return devices.Start("lumiscope-devserver",
-                             {"--config", LUMISCOPE_SAMPLE_CONFIG_DIR, "--shard", "0/1", "--names", names.Address(),
-                              "--lease-ms", "900"},
-                             kSimEnvironment);
+        std::vector<std::string> args{"--config", LUMISCOPE_SAMPLE_CONFIG_DIR, "--shard", "0/1",
+                                      "--names",  Etcd().endpoint,            "--lease-ms", "900"};
+        args.insert(args.end(), more.begin(), more.end());
+        return devices.Start("lumiscope-devserver", args, ServerEnvironment());
     }
     static bool StartArchiver() {
         return archiver.Start("lumiscope-archiver",
-                              {"--config", LUMISCOPE_SAMPLE_CONFIG_DIR, "--db", Archive(), "--names", names.Address(),
+                              {"--config", LUMISCOPE_SAMPLE_CONFIG_DIR, "--db", Archive(), "--names", Etcd().endpoint,
                                "--record", "no"},
-                              kSimEnvironment);
+                              ServerEnvironment());
     }
     static std::string Archive() { return ::testing::TempDir() + "/archive-" + std::to_string(getpid()) + ".sqlite"; }
     void SetUp() override {
-        ASSERT_TRUE(names.Running() && devices.Running() && archiver.Running()) << "a server did not start";
+        ASSERT_FALSE(Etcd().endpoint.empty()) << "etcd did not start: see " << Etcd().directory;
+        ASSERT_TRUE(devices.Running() && archiver.Running()) << "a server did not start";
         ASSERT_TRUE(Registered());
     }
     // The servers register their names as they start listening.
@@ -71,10 +84,10 @@ protected:
                    Read(*transport, "/ORKA/OKHISTORY/#1", "LOSS.INT", 1, vire::kFormatFltInt).status != vire::kLinkError;
         }, std::chrono::seconds(10));
     }
-    static std::shared_ptr<net::NetworkTransport> Transport(const std::string& clientHost = "opsconsole") {
-        return std::make_shared<net::NetworkTransport>(net::NetworkSettings{names.Address(), "", clientHost});
+    static std::shared_ptr<net::NetworkTransport> Transport() {
+        return std::make_shared<net::NetworkTransport>(net::NetworkSettings{Etcd().endpoint, "", ""});
     }
-    static inline ServerProcess names, devices, archiver;
+    static inline ServerProcess devices, archiver;
 };
 
 }  // namespace net_test

@@ -2,6 +2,7 @@
 #include <unistd.h>
 
 #include <fstream>
+#include <limits>
 #include <tuple>
 
 #include "network_fixture.h"
@@ -96,21 +97,24 @@ TEST_F(NetworkSuite, DeterministicAnswersOfDevicesAndArchiverAreTheSimulatedAcce
     }
 }
 
-TEST_F(NetworkSuite, ThresholdWritesNeedAWriterOnAnAllowedHost) {
-    // user, client host, value written, status (the host lists themselves: the names tests)
-    const std::tuple<const char*, const char*, float, vire::Status> cases[] = {
-        {"operator", "opsconsole", 321.5f, vire::kOk},
-        {"operator", "intruder", 2.0f, vire::kAccessDenied},    // host off the list, loopback not listed
+TEST_F(NetworkSuite, WritesWithoutACertificateComeFromLoopbackAsTheWriterTheyNameAndOnlyFiniteValues) {
+    // user, value written, status; the test's calls come from 127.0.0.1 (the rule for other peers: the
+    // write gate's table)
+    const std::tuple<const char*, float, vire::Status> cases[] = {
+        {"operator", 321.5f, vire::kOk},
+        {"intruder", 2.0f, vire::kAccessDenied},  // not one of the simulation's writers
+        {"operator", std::numeric_limits<float>::quiet_NaN(), vire::kInvalidInput},
+        {"operator", -std::numeric_limits<float>::infinity(), vire::kInvalidInput},
     };
     float expected = 0;
-    for (const auto& [user, host, value, status] : cases) {
+    auto transport = Transport();
+    for (const auto& [user, value, status] : cases) {
         vire::SetUserName(user);
-        auto transport = Transport(host);
         EXPECT_EQ(sim_test::Write(*transport, "/ORKA/BLMSRV/LOSS.RING", "THRESHOLD[7]", value), status)
-            << user << "@" << host;
+            << user << " " << value;
         if (status == vire::kOk) expected = value;
         EXPECT_EQ(Read(*transport, "/ORKA/BLMSRV/LOSS.RING", "THRESHOLD[7]", 1).values, std::vector<float>{expected})
-            << user << "@" << host;
+            << user << " " << value;
     }
     vire::SetUserName("");
 }

@@ -8,6 +8,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cstdio>
+#include <filesystem>
 #include <thread>
 
 namespace net_test {
@@ -62,6 +64,41 @@ void ServerProcess::Reap(int signal) {
 
 void ServerProcess::Stop() { Reap(SIGTERM); }
 void ServerProcess::Kill() { Reap(SIGKILL); }
+
+LocalEtcd::LocalEtcd() : directory("/tmp/lumiscope-etcd-" + std::to_string(getpid())) {
+    FILE* script = popen((std::string(LUMISCOPE_SCRIPTS_DIR) + "/local-etcd.sh " + directory + " 2>&1").c_str(), "r");
+    if (script == nullptr) return;
+    std::map<std::string, std::string> said;
+    char line[512];
+    while (fgets(line, sizeof line, script) != nullptr) {
+        std::string text(line);
+        if (!text.empty() && text.back() == '\n') text.pop_back();
+        const size_t equals = text.find('=');
+        if (equals != std::string::npos) said[text.substr(0, equals)] = text.substr(equals + 1);
+    }
+    pclose(script);
+    pid = said.count("pid") != 0 ? std::stoi(said["pid"]) : -1;
+    endpoint = said["endpoint"];
+    serverPassword = said["server_password"];
+    readerPassword = said["reader_password"];
+}
+
+LocalEtcd::~LocalEtcd() {
+    if (pid <= 0) return;
+    kill(pid, SIGTERM);
+    WaitUntil([&] { return kill(pid, 0) != 0; }, std::chrono::seconds(5));
+    std::error_code error;
+    std::filesystem::remove_all(directory, error);
+}
+
+std::map<std::string, std::string> LocalEtcd::ServerEnvironment() const {
+    return {{"LUMISCOPE_NAMES_USER", "lumiscope-server"}, {"LUMISCOPE_NAMES_PASSWORD", serverPassword}};
+}
+
+void LocalEtcd::BecomeReader() const {
+    setenv("LUMISCOPE_NAMES_USER", "lumiscope-reader", 1);
+    setenv("LUMISCOPE_NAMES_PASSWORD", readerPassword.c_str(), 1);
+}
 
 int DeadPort() {
     const int s = socket(AF_INET, SOCK_STREAM, 0);

@@ -38,6 +38,23 @@ private:
     std::string address_;
 };
 
+// A single etcd on loopback for the servers' names, with authentication on
+// (scripts/local-etcd.sh), stopped by its process id.
+struct LocalEtcd {
+    std::string endpoint;  // "" when it did not start
+    std::string serverPassword, readerPassword;
+    std::string directory;
+    pid_t pid = -1;
+
+    LocalEtcd();
+    ~LocalEtcd();
+    LocalEtcd(const LocalEtcd&) = delete;
+    LocalEtcd& operator=(const LocalEtcd&) = delete;
+    // The settings of a server that registers names, and of a client (set in this process).
+    std::map<std::string, std::string> ServerEnvironment() const;
+    void BecomeReader() const;
+};
+
 // A loopback port nothing listens on (bound, read and closed again).
 int DeadPort();
 

@@ -76,18 +76,20 @@ TEST(WireCodec, BuffersOnBothSidesAreBoundedByCountCapacityAndTheReplyLimit) {
         EXPECT_EQ(request.in_data().size(), sent) << count << " of " << format;
         EXPECT_EQ(request.out_capacity(), 16);
     }
-    // A server allocates what the caller can take, whatever it claims.
-    const std::tuple<int32_t, int64_t, int32_t, size_t> outputs[] = {
-        {10, 1'000'000, vire::kFormatSingle, 40}, {1'000'000, 40, vire::kFormatSingle, 40},
-        {-4, 40, vire::kFormatSingle, 0},         {10, -40, vire::kFormatSingle, 0},
-        {10, 1LL << 40, 519, static_cast<size_t>(net::kMaxReplyBytes)}};
-    for (const auto& [count, capacity, format, bytes] : outputs) {
+    // A server allocates what the device has and the caller can take, whatever it claims: count, claimed
+    // capacity, format, the device's most elements, bytes
+    const std::tuple<int32_t, int64_t, int32_t, int64_t, size_t> outputs[] = {
+        {10, 1'000'000, vire::kFormatSingle, 8000, 40}, {1'000'000, 40, vire::kFormatSingle, 8000, 40},
+        {INT32_MAX, 1LL << 40, vire::kFormatSingle, 8000, 32000}, {-4, 40, vire::kFormatSingle, 8000, 0},
+        {10, -40, vire::kFormatSingle, 8000, 0},               {10, 1LL << 40, 519, 8000, 0},
+        {INT32_MAX, 1LL << 40, vire::kFormatName16, 1LL << 40, static_cast<size_t>(net::kMaxReplyBytes)}};
+    for (const auto& [count, capacity, format, most, bytes] : outputs) {
         net::LinkRequest request;
         request.set_out_count(count);
         request.set_out_capacity(capacity);
         request.set_out_format(format);
         net::ServerBuffers buffers;
-        net::PrepareBuffers(request, buffers);
+        net::PrepareBuffers(request, most, buffers);
         EXPECT_EQ(buffers.out.size(), bytes) << count << "/" << capacity;
         if (bytes != 40) continue;
         buffers.outObject.count = 99;  // a handler claiming more than there is room for

@@ -47,7 +47,7 @@ std::vector<std::string> ExpectedFiles() {
         "share/doc/lumiscope/examples/host/host_window.ui",
     };
     for (const std::string program : {"lumiscope", "lumiscope-host", "lumiscope-config", "vire-call",
-                                      "lumiscope-plot-demo", "lumiscope-names", "lumiscope-devserver",
+                                      "lumiscope-plot-demo", "lumiscope-devserver",
                                       "lumiscope-archiver"}) {
         if (!Built(program)) continue;
         files.push_back("bin/" + program);

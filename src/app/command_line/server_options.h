@@ -22,9 +22,10 @@ struct ServerOption {
 inline std::vector<ServerOption> CommonServerOptions(const std::string& listenDefault) {
     return {
         {"--listen", "ADDR", "where to listen (default " + listenDefault + ")"},
-        {"--names", "HOST:PORT", "the name service to register with\n(default: LUMISCOPE_NAMES)"},
+        {"--names", "ETCD[,ETCD...]", "the etcd endpoints to register the names with\n(default: LUMISCOPE_NAMES)"},
         {"--advertise", "HOST:PORT", "the address others reach this server at\n(default: the listening one)"},
         {"--lease-ms", "MS", "a name not renewed within this time is forgotten\n(300 to 600000, default 3000)"},
+        {"--max-streams", "N", "open monitor streams one client address may hold\n(1 to 1000000, default 2000)"},
     };
 }
 

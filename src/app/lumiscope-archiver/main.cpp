@@ -2,7 +2,7 @@
 // a configuration, served from a database that records what the device
 // servers deliver.
 //
-//   lumiscope-archiver --config DIR [--db URI] [--listen ADDR] [--names HOST:PORT]
+//   lumiscope-archiver --config DIR [--db URI] [--listen ADDR] [--names ETCD[,ETCD...]]
 //                      [--advertise HOST:PORT] [--lease-ms MS] [--record yes|no]
 //
 // --db is an SQLite file (default: archive.sqlite under the user's data
@@ -22,13 +22,14 @@ namespace {
 
 const command_line::ProgramText kText = {
     "lumiscope-archiver",
-    {"--config DIR [--db URI] [--listen ADDR] [--names HOST:PORT] [--advertise HOST:PORT] "
-     "[--lease-ms MS] [--record yes|no]"},
+    {"--config DIR [--db URI] [--listen ADDR] [--names ETCD[,ETCD...]] [--advertise HOST:PORT] "
+     "[--lease-ms MS] [--max-streams N] [--record yes|no]"},
     "Serves the local history servers and the central archivers of a configuration\n"
     "from a database that records what the device servers deliver.\n"
     "Prints \"listening on HOST:PORT\" once it serves; stops on SIGTERM or SIGINT.\n",
     "environment:\n"
-    "  LUMISCOPE_NAMES        the name service when --names is not given\n"
+    "  LUMISCOPE_NAMES        the etcd endpoints when --names is not given\n"
+    "  LUMISCOPE_NAMES_USER, LUMISCOPE_NAMES_PASSWORD  the etcd user that may register names\n"
     "  LUMISCOPE_NAMES_FILE   a static names file for finding the device servers\n"};
 
 }  // namespace

@@ -2,10 +2,11 @@
 // over the network, answered by the simulated accelerator.
 //
 //   lumiscope-devserver --config DIR [--shard I/N] [--listen ADDR]
-//                       [--names HOST:PORT] [--advertise HOST:PORT]
+//                       [--names ETCD[,ETCD...]] [--advertise HOST:PORT]
 //                       [--write-hosts LIST] [--lease-ms MS]
 //
-// --names defaults to LUMISCOPE_NAMES, --write-hosts to LUMISCOPE_WRITE_HOSTS
+// --names (etcd endpoints, credentials in LUMISCOPE_NAMES_USER and
+// LUMISCOPE_NAMES_PASSWORD) defaults to LUMISCOPE_NAMES, --write-hosts to LUMISCOPE_WRITE_HOSTS
 // and then to this machine only. The simulation's settings (seed, writers,
 // faults) come from the configuration's Simulation.csv and LUMISCOPE_SIM_*.
 #include <iostream>
@@ -31,13 +32,14 @@ bool ParseShard(const std::string& text, int& index, int& count) {
 
 const command_line::ProgramText kText = {
     "lumiscope-devserver",
-    {"--config DIR [--shard I/N] [--listen ADDR] [--names HOST:PORT] [--advertise HOST:PORT] "
-     "[--write-hosts LIST] [--lease-ms MS]"},
+    {"--config DIR [--shard I/N] [--listen ADDR] [--names ETCD[,ETCD...]] [--advertise HOST:PORT] "
+     "[--write-hosts LIST] [--lease-ms MS] [--max-streams N]"},
     "Serves a share of a configuration's device servers over the network, answered\n"
     "by the simulated accelerator (its Simulation.csv and LUMISCOPE_SIM_* settings).\n"
     "Prints \"listening on HOST:PORT\" once it serves; stops on SIGTERM or SIGINT.\n",
     "environment:\n"
-    "  LUMISCOPE_NAMES        the name service when --names is not given\n"
+    "  LUMISCOPE_NAMES        the etcd endpoints when --names is not given\n"
+    "  LUMISCOPE_NAMES_USER, LUMISCOPE_NAMES_PASSWORD  the etcd user that may register names\n"
     "  LUMISCOPE_WRITE_HOSTS  who may write when --write-hosts is not given\n"};
 
 }  // namespace

@@ -140,6 +140,8 @@ void DeclareArguments(command_line::CommandLine& commandLine, int64_t now, CallA
            "the call's time-out in milliseconds (default 1000)")
         ->type_name("MS");
     app.add_flag("--json", arguments.json, "one JSON document instead of text");
+    app.add_flag("--simulate", arguments.simulate,
+                 "the simulated accelerator even when LUMISCOPE_TRANSPORT=network");
     app.add_option("--config", arguments.configDir,
                    "the simulated accelerator's configuration directory\n(default: the sample configuration)")
         ->type_name("DIR");

@@ -21,6 +21,7 @@ struct CallArguments {
     int32_t mode = 0;
     int32_t timeoutMs = 1000;
     bool json = false;
+    bool simulate = false;  // the simulated accelerator even when the network is set
     std::string configDir;  // the simulated accelerator's
     std::optional<std::string> user;
     int64_t number = 0;  // argument of the conversions

@@ -1,5 +1,7 @@
-// vire-call: one link call from the shell, answered by the simulated
-// accelerator of a configuration directory.
+// vire-call: one link call from the shell, answered by the servers on the
+// network when the environment names them (LUMISCOPE_TRANSPORT=network), else
+// (or with --simulate) by the simulated accelerator of a configuration
+// directory.
 #include <algorithm>
 #include <iostream>
 #include <string>
@@ -7,6 +9,9 @@
 
 #include "arguments.h"
 #include "command_line/command_line.h"
+#ifdef LUMISCOPE_NETWORK
+#include "net/environment.h"
+#endif
 #include "output.h"
 #include "sim/simulated_accelerator.h"
 #include "tool_support/installed_files.h"
@@ -25,8 +30,9 @@ const command_line::ProgramText kText = {
      "--names /CONTEXT/SERVER PROPERTY [--count N]", "--props /CONTEXT/SERVER [PROPERTY]",
      "--history ADDRESS PROPERTY --from T --to T [--mode M] [--count N]", "--spectrum ADDRESS PROPERTY --at T --count N",
      "--format-name CODE | --error-text CODE | --ctime T"},
-    "One link call of the middleware from the shell, answered by the simulated\n"
-    "accelerator of a configuration directory. ADDRESS is /CONTEXT/SERVER/DEVICE;\n"
+    "One link call of the middleware from the shell, answered by the servers on the\n"
+    "network when LUMISCOPE_TRANSPORT=network (unless --simulate), else by the\n"
+    "simulated accelerator of a configuration directory. ADDRESS is /CONTEXT/SERVER/DEVICE;\n"
     "times T are Unix seconds, now, or now-SECONDS. Exit code 0 when the call\n"
     "succeeds, 1 when it ends with a completion code, 2 for a mistake in the\n"
     "command line.\n",
@@ -34,6 +40,15 @@ const command_line::ProgramText kText = {
     "  vire-call /ORKA/BPMQ1/ORBIT ORBIT.X --count 32\n"
     "  vire-call --names /ORKA/BLMSRV LOSS.FAST\n"
     "  vire-call --history /ORKA/BPMHIST/BPM.S01.C1 ORBIT.X.Q1.HIST --from now-3600 --to now\n"};
+
+// The network when the environment asks for it (LUMISCOPE_TRANSPORT=network), as in the viewer.
+bool InstallNetworkTransport([[maybe_unused]] const std::string& configDir) {
+#ifdef LUMISCOPE_NETWORK
+    return net::InstallTransportFromEnvironment(configDir);
+#else
+    return false;
+#endif
+}
 
 std::vector<std::byte> LongInput(const std::vector<int32_t>& values) {
     std::vector<std::byte> bytes(values.size() * 4);
@@ -102,9 +117,11 @@ int Run(const CallArguments& a) {
     default: break;
     }
 
-    auto accelerator = sim::InstallSimulatedAccelerator(a.configDir);
-    for (const auto& problem : accelerator->settings().problems) std::cerr << "vire-call: " << problem << "\n";
-    for (const auto& problem : accelerator->model().problems) std::cerr << "vire-call: " << problem << "\n";
+    if (a.simulate || !InstallNetworkTransport(a.configDir)) {
+        auto accelerator = sim::InstallSimulatedAccelerator(a.configDir);
+        for (const auto& problem : accelerator->settings().problems) std::cerr << "vire-call: " << problem << "\n";
+        for (const auto& problem : accelerator->model().problems) std::cerr << "vire-call: " << problem << "\n";
+    }
     if (a.user) vire::SetUserName(*a.user);
     const std::string what = a.address + " " + a.property;
 

@@ -58,7 +58,7 @@ TEST(Programs, EveryOneAnswersHelpVersionAndAMistakeAlike) {
         std::string err;  // the whole of stderr
     };
     for (const std::string program : {"lumiscope", "lumiscope-host", "lumiscope-config", "vire-call",
-                                      "lumiscope-plot-demo", "lumiscope-names", "lumiscope-devserver",
+                                      "lumiscope-plot-demo", "lumiscope-devserver",
                                       "lumiscope-archiver"}) {
         const std::string path = std::string(LUMISCOPE_BINARY_DIR) + "/bin/" + program;
         if (!QFile::exists(QString::fromStdString(path))) continue;  // a build without that part

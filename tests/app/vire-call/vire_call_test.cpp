@@ -1,6 +1,8 @@
 // vire-call run as a program against the sample's simulated accelerator.
 #include <gtest/gtest.h>
 
+#include <fstream>
+
 #include <QJsonArray>
 #include <QJsonObject>
 
@@ -87,6 +89,22 @@ TEST(VireCall, FaultsFromTheEnvironmentAndTextOutput) {
     }
     const ToolRun text = Call({"/KALM/BPMSRV/LINE", "POS.X", "--count", "2"});
     EXPECT_EQ(text.out.rfind("/KALM/BPMSRV/LINE POS.X: 2 SINGLE\n0  ", 0), 0u) << text.out;
+}
+
+TEST(VireCall, TheNetworkSettingsChooseTheServersUnlessTheSimulationIsForced) {
+    // Every name at a loopback port nothing listens on: a network read cannot succeed.
+    const std::string names = ::testing::TempDir() + "/vire-call-names.txt";
+    std::ofstream(names) << "* 127.0.0.1:1\n";
+    const std::vector<std::string> network{"LUMISCOPE_TRANSPORT=network", "LUMISCOPE_NAMES=",
+                                           "LUMISCOPE_NAMES_FILE=" + names};
+    const std::pair<std::vector<std::string>, int> cases[] = {
+        {{"/ORKA/BPMQ1/ORBIT", "ORBIT.X", "--json"}, vire::kLinkError},
+        {{"/ORKA/BPMQ1/ORBIT", "ORBIT.X", "--json", "--simulate"}, vire::kOk},
+    };
+    for (const auto& [args, status] : cases) {
+        const ToolRun run = Call(args, network);
+        EXPECT_EQ(run.Json().object()["status"].toInt(), status) << run.out;
+    }
 }
 
 // A mistake is one line on standard error: the reason and where help is.
