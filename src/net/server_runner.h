@@ -18,11 +18,8 @@ struct ServerSettings {
     int32_t streamsPerClient = kDefaultStreamsPerClient;  // monitor streams one client address may hold open
 };
 
-// The options every server program takes besides its own.
-inline const std::vector<std::string> kServerOptions = {"--listen", "--names", "--advertise", "--lease-ms",
-                                                        "--max-streams"};
-
-// Those options as settings: --names falls back on LUMISCOPE_NAMES, --lease-ms
+// The options every server program takes besides its own (--listen,
+// --names, --advertise, --lease-ms, --max-streams) as settings: --names falls back on LUMISCOPE_NAMES, --lease-ms
 // must be 300..600000, --max-streams 1..1000000. Returns what is wrong, empty when they are usable.
 std::string ReadServerOptions(const ProgramOptions& options, ServerSettings& settings);
 

@@ -124,9 +124,9 @@ int main(int argc, char** argv) {
         }
     }
 
-    if (!options->select.empty() && window) {
+    if (!options.select.empty() && window) {
         // The elements to follow, as the operator would pick them in the chooser.
-        for (const std::string& name : window->SelectElementsByName(options->select))
+        for (const std::string& name : window->SelectElementsByName(options.select))
             std::fprintf(stderr, "lumiscope: the chosen channel has no element %s\n", name.c_str());
     }
 
