@@ -66,11 +66,7 @@ TEST(ItemList, FindsByCaptionAndPlottedChannel) {
 }
 
 TEST(ItemGrid, ValuesAreWrittenInTheGridsFormats) {
-    const struct {
-        float value;
-        viewer::GridFormat format;
-        std::string text;
-    } cases[] = {
+    const struct { float value; viewer::GridFormat format; std::string text; } cases[] = {
         {0.0f, viewer::GridFormat::Items, "0"},
         {0.00999f, viewer::GridFormat::Items, "9.99E-03"},
         {0.01f, viewer::GridFormat::Items, "0.0100"},
@@ -94,11 +90,7 @@ TEST(ItemGrid, MissingValuesInEachColumn) {
     list.Add(WithValues({1.0f, 2.0f}, {100, 160}));
     list.Add(Named("no history"));
     list.Add(WithValues({3.0f}, {130}));
-    const struct {
-        int32_t time;
-        bool cursorColumn;
-        std::vector<std::string> texts;
-    } cases[] = {
+    const struct { int32_t time; bool cursorColumn; std::vector<std::string> texts; } cases[] = {
         // The value at or after the time; an item without history is "???"
         // in the third column and leaves no line in the cursor column.
         {100, false, {"1.0000", "???", "3.0000"}},
@@ -117,11 +109,7 @@ TEST(ItemGrid, MissingValuesInEachColumn) {
 TEST(TrendWindow, PlacedWithinThePresentAndTheArchive) {
     constexpr int32_t now = 1'700'000'000;
     constexpr int32_t day = viewer::kSecondsPerDay;
-    const struct {
-        int32_t anchor, step, steps;
-        int32_t stop;
-        bool follows;
-    } cases[] = {
+    const struct { int32_t anchor, step, steps; int32_t stop; bool follows; } cases[] = {
         {now, 3600, 0, now, true},
         {now, 3600, -2, now - 7200, false},
         {now, 3600, 5, now, true},                         // the future is not there yet

@@ -120,11 +120,7 @@ TEST(Items, LiveValuesExtendTheTrendAndAServerThatStopsLeavesABreak) {
 }
 
 TEST(Items, UpdateDivisorShowsEveryNthEvent) {
-    const struct {
-        int32_t divisor;
-        int events;
-        size_t shown;
-    } cases[] = {{1, 4, 4}, {2, 4, 2}, {3, 7, 2}, {0, 3, 3}};
+    const struct { int32_t divisor; int events; size_t shown; } cases[] = {{1, 4, 4}, {2, 4, 2}, {3, 7, 2}, {0, 3, 3}};
     for (const auto& c : cases) {
         ItemWindow w;
         w.Add(1);
@@ -195,12 +191,7 @@ TEST(Items, TheTimeScaleAndTheCalendarMoveTheWindowAcrossDaylightSaving) {
     // 2023-10-29 12:00 in Berlin, the day summer time ended: the same time
     // the day before was 25 hours earlier.
     constexpr int64_t kAfterChangeMs = 1'698'577'200'000;
-    const struct {
-        int64_t nowMs;
-        int daysBack;
-        int steps;
-        int32_t back;
-    } cases[] = {
+    const struct { int64_t nowMs; int daysBack; int steps; int32_t back; } cases[] = {
         {viewer_test::kStartMs, 0, -2, 7200},
         {viewer_test::kStartMs, 1, 0, 86400},
         {kAfterChangeMs, 1, 0, 90000},

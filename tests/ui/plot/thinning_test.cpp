@@ -147,11 +147,7 @@ TEST(Thinning, ShapesKeepPositionsRangeAndOrderAndSurviveBadValues) {
 
 TEST(Thinning, AGapInTheDataBreaksTheLine) {
     const float nan = std::numeric_limits<float>::quiet_NaN();
-    const struct {
-        const char* name;
-        std::vector<float> values;
-        std::vector<QPointF> pairs;
-    } cases[] = {
+    const struct { const char* name; std::vector<float> values; std::vector<QPointF> pairs; } cases[] = {
         {"a gap between two runs", {10, 20, nan, 40, 50}, {{0, 90}, {1, 80}, {3, 60}, {4, 50}}},
         {"lone points stay as dots", {10, nan, 30}, {{0, 90}, {0, 90}, {2, 70}, {2, 70}}},
         {"a trailing gap ends the line", {10, 20, nan}, {{0, 90}, {1, 80}}},
