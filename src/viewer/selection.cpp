@@ -191,13 +191,8 @@ void SpectrumForm::initSpectrumInfo(int16_t channel) {
     plot->SetProperty(record.Property);
     record.LinkHandle = plot->Attach(record.Values);
     record.Started = true;
-<<<<<<< HEAD
-    // 6
-    if (s_.Items.Count() == 0) setSpectrumHistoryParameters();
-=======
     // Without items the history addresses follow the spectrum.
     if (s_.Items.Count() == 0) setSpectrumHistoryParameters();
->>>>>>> faults
 }
 
 void SpectrumForm::ShowChannelFrame(int16_t channel) {
