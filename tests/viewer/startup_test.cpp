@@ -83,11 +83,8 @@ TEST(StartUp, WithoutAUserNameTheExtraInformationReplacesTheElementChooser) {
 }
 
 TEST(StartUp, EachFailingStepShowsItsMessageAndStopsThere) {
-    const struct {
-        const char* name;
-        std::function<void(const ScratchConfig&)> damage;
-        std::string message;
-    } cases[] = {
+    const struct { const char* name; std::function<void(const ScratchConfig&)> damage; std::string message; }
+        cases[] = {
         {"machine list", [](const ScratchConfig& c) { c.Remove("config_machines.csv"); },
          "Read Machine-Info File config_machines.csv failed !"},
         {"subsystem list", [](const ScratchConfig& c) { c.Remove("TEST_Subsystems.csv"); },

@@ -101,14 +101,8 @@ TEST(Thinning, ADenseTraceInksWhatEveryPointWould) {
 
 TEST(Thinning, ShapesKeepPositionsRangeAndOrderAndSurviveBadValues) {
     const float nan = std::numeric_limits<float>::quiet_NaN(), inf = std::numeric_limits<float>::infinity();
-    struct Case {
-        const char* name;
-        std::vector<float> values, reference;
-        std::vector<double> xs;
-        bool ascending;
-        double xLower;
-        std::vector<QPointF> expected;
-    };
+    struct Case { const char* name; std::vector<float> values, reference; std::vector<double> xs; bool ascending;
+        double xLower; std::vector<QPointF> expected; };
     // x pixels = x - xLower on columns 0..100, y pixels = 100 - y.
     const Case cases[] = {
         {"few points: exactly where they are", {0, 100, 50}, {}, {}, true, 0, {{0, 100}, {1, 0}, {2, 50}}},
