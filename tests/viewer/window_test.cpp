@@ -45,8 +45,8 @@ TEST(Window, TitledTrendsWholeElementNamesAndTheFiledSnapshotsPlace) {
     QFile recordFile(QDir(logbook.filePath(entries[0])).filePath(ui::kLogbookRecordFile));
     ASSERT_TRUE(recordFile.open(QIODevice::ReadOnly));
     const QJsonObject record = QJsonDocument::fromJson(recordFile.readAll()).object();
-    EXPECT_EQ(QStringList({record["machine"].toString(), record["device"].toString(), record["title"].toString()}),
-              QStringList({"LYRAS", "Steerer current Soll", form.windowTitle()}));
+    EXPECT_EQ((record["machine"].toString() + "|" + record["device"].toString() + "|" + record["title"].toString())
+                  .toStdString(), "LYRAS|Steerer current Soll|" + form.windowTitle().toStdString());
 }
 
 }  // namespace
