@@ -3,8 +3,6 @@
 // configuration directory is missing.
 #include <QDir>
 #include <QFile>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QLabel>
 #include <QTemporaryDir>
 #include <QTest>
@@ -17,8 +15,6 @@
 #include "control/viewer_window.h"
 #include "sim/simulated_accelerator.h"
 #include "ui/controls/scoped_dialog_responder.h"
-#include "ui/logbook/logbook.h"
-#include "ui/logbook/logbook_entry.h"
 #include "ui/qt_scheduler.h"
 #include "viewer/form_state.h"
 #include "viewer/spectrum_form.h"
@@ -75,7 +71,7 @@ TEST_F(ControlTest, ThePictureFillsTheControlAndThePlaceholdersReadBackNothing) 
     }
 }
 
-TEST_F(ControlTest, OpensTheViewerThatSelectsDevicesAndPrintsToTheOrkaLogbook) {
+TEST_F(ControlTest, OpensTheViewerThatSelectsDevices) {
     UseDrive(Drive::Sample);
     ui::ScopedDialogResponder boxes;
     control::Lumiscope scope;
@@ -92,31 +88,6 @@ TEST_F(ControlTest, OpensTheViewerThatSelectsDevicesAndPrintsToTheOrkaLogbook) {
     ASSERT_NE(control::ExistingViewerWindow(), nullptr);
     EXPECT_TRUE(control::ExistingViewerWindow()->isVisible());
     EXPECT_TRUE(boxes.Records().empty()) << boxes.Texts().front();
-
-    // Printing files the viewer in the ORKA logbook whatever the machine.
-    QTemporaryDir logbooks;
-    ui::Logbook::SetRootDirectory(logbooks.path());
-    ui::Logbook::SetPrinterLookup([](const QString&) { return false; });
-    viewer::SpectrumForm* window = control::ExistingViewerWindow();
-    window->MenuMachine_Click(1);
-    const catalogue::Catalogue& cat = window->State().cat;
-    ASSERT_EQ(cat.MachineList[cat.CurrentMachine].Name, "VESTA");
-
-    window->PrintOpts_Click();
-
-    ui::Logbook::SetRootDirectory(QString());
-    ui::Logbook::SetPrinterLookup(nullptr);
-    EXPECT_EQ(QDir(logbooks.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList{"ORKA"});
-    const QDir orka(logbooks.filePath("ORKA"));
-    const QStringList entries = orka.entryList(QDir::Dirs | QDir::NoDotAndDotDot);
-    ASSERT_EQ(entries.size(), 1);
-    QFile recordFile(QDir(orka.filePath(entries[0])).filePath(ui::kLogbookRecordFile));
-    ASSERT_TRUE(recordFile.open(QIODevice::ReadOnly));
-    const QJsonObject record = QJsonDocument::fromJson(recordFile.readAll()).object();
-    EXPECT_EQ(record["machine"].toString(), "VESTA");
-    EXPECT_EQ(record["device"].toString().toStdString(), cat.SpectrumList[cat.CurrentSpectrum].Description);
-    EXPECT_FALSE(record["device"].toString().isEmpty());
-    EXPECT_EQ(record["title"].toString(), window->windowTitle());
 
     // Closing the viewer does not make the control forget it: the next
     // selection loads a new window first.

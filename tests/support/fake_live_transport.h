@@ -18,11 +18,7 @@ namespace test_support {
 // in `calls` as "DEVICE PROPERTY OUT-COUNT OUT-FORMAT ACCESS TIMEOUT INPUT-BYTES".
 class FakeLiveTransport : public vire::PollingTransport {
 public:
-    struct Reading {
-        vire::Status status = 0;
-        std::vector<float> values;
-        int16_t format = 517;
-    };
+    struct Reading { vire::Status status = 0; std::vector<float> values; int16_t format = 517; };
     std::map<std::string, Reading> readings;
     std::vector<vire::SubscriptionRequest> subscribed;
     std::vector<std::string> calls;

@@ -1,10 +1,7 @@
 // The item list without a window: the limit, removal order, the grid
-// column texts with their formats and markers, and where the trend window
+// column texts with their markers, and where the trend window
 // may be placed.
 #include <gtest/gtest.h>
-
-#include <cmath>
-#include <limits>
 
 #include "viewer/item_list.h"
 #include "viewer/trend_window.h"
@@ -65,40 +62,12 @@ TEST(ItemList, FindsByCaptionAndPlottedChannel) {
     EXPECT_EQ(list.Find("X", 0), 0);
 }
 
-TEST(ItemGrid, ValuesAreWrittenInTheGridsFormats) {
-    const struct {
-        float value;
-        viewer::GridFormat format;
-        std::string text;
-    } cases[] = {
-        {0.0f, viewer::GridFormat::Items, "0"},
-        {0.00999f, viewer::GridFormat::Items, "9.99E-03"},
-        {0.01f, viewer::GridFormat::Items, "0.0100"},
-        {-0.01f, viewer::GridFormat::Items, "-0.0100"},
-        {9999.0f, viewer::GridFormat::Items, "9999.0000"},
-        {10000.0f, viewer::GridFormat::Items, "1.00E+04"},
-        {10000.0f, viewer::GridFormat::Overview, "10000.0"},
-        {10000.5f, viewer::GridFormat::Overview, "? (10^30)"},
-        {-3.25f, viewer::GridFormat::Overview, "-3.2"},
-    };
-    for (const auto& c : cases) {
-        ItemList list;
-        list.Add(WithValues({c.value}, {100}));
-        EXPECT_EQ(viewer::GridColumnTexts(list, 100, false, c.format), std::vector<std::string>{c.text})
-            << c.value;
-    }
-}
-
 TEST(ItemGrid, MissingValuesInEachColumn) {
     ItemList list;
     list.Add(WithValues({1.0f, 2.0f}, {100, 160}));
     list.Add(Named("no history"));
     list.Add(WithValues({3.0f}, {130}));
-    const struct {
-        int32_t time;
-        bool cursorColumn;
-        std::vector<std::string> texts;
-    } cases[] = {
+    const struct { int32_t time; bool cursorColumn; std::vector<std::string> texts; } cases[] = {
         // The value at or after the time; an item without history is "???"
         // in the third column and leaves no line in the cursor column.
         {100, false, {"1.0000", "???", "3.0000"}},
@@ -111,17 +80,16 @@ TEST(ItemGrid, MissingValuesInEachColumn) {
     for (const auto& c : cases)
         EXPECT_EQ(viewer::GridColumnTexts(list, c.time, c.cursorColumn, viewer::GridFormat::Items), c.texts)
             << c.time << (c.cursorColumn ? " cursor" : " now");
+    // Each grid writes its own format (the formats' bounds: the value text tests).
+    EXPECT_EQ(viewer::GridColumnTexts(list, 100, true, viewer::GridFormat::Overview),
+              (std::vector<std::string>{"1.0", "3.0"}));
     EXPECT_EQ(viewer::GridBlock({"1", "", "3"}), "1\r\r3\r");
 }
 
 TEST(TrendWindow, PlacedWithinThePresentAndTheArchive) {
     constexpr int32_t now = 1'700'000'000;
     constexpr int32_t day = viewer::kSecondsPerDay;
-    const struct {
-        int32_t anchor, step, steps;
-        int32_t stop;
-        bool follows;
-    } cases[] = {
+    const struct { int32_t anchor, step, steps; int32_t stop; bool follows; } cases[] = {
         {now, 3600, 0, now, true},
         {now, 3600, -2, now - 7200, false},
         {now, 3600, 5, now, true},                         // the future is not there yet

@@ -47,11 +47,7 @@ struct LiveWindow {
 };
 
 TEST(LiveSpectrum, ReversedPartsArriveLastFirstAndLabelsCarryTheTag) {
-    const struct {
-        int size;
-        std::vector<float> delivered;
-        std::vector<float> shown;
-    } cases[] = {
+    const struct { int size; std::vector<float> delivered; std::vector<float> shown; } cases[] = {
         {5, {1, 2, 3, 4, 5}, {5, 4, 3, 2, 1}},
         {4, {1, 2, 3, 4}, {4, 3, 2, 1}},
         {6, {1, 2, 3, 4, 5, 6}, {6, 5, 4, 3, 2, 1}},

@@ -27,14 +27,8 @@ std::string SubsystemFile(FormFixture& f) {
 }
 
 TEST(Navigation, MachineMenusChooseMachineSubsystemAndTheCombinedEntry) {
-    const struct {
-        const char* name;
-        std::function<void(viewer::SpectrumForm&)> click;
-        int16_t machine;
-        const char* subsystem;
-        const char* menuTitle;
-        bool operations;
-    } cases[] = {
+    const struct { const char* name; std::function<void(viewer::SpectrumForm&)> click; int16_t machine;
+        const char *subsystem, *menuTitle; bool operations; } cases[] = {
         {"MenuMachine(1)", [](auto& w) { w.MenuMachine_Click(1); }, 1, "VESTA_BPM.csv", "Subsystem", false},
         {"MenuMachine(4)", [](auto& w) { w.MenuMachine_Click(4); }, 0, "ORKA_BPM.csv", "Select Machine", true},
         {"MenuMachine2(2)", [](auto& w) { w.MenuMachine2_Click(2); }, 2, "LYRAS_PS.csv", "Select Machine", true},

@@ -22,10 +22,7 @@ using viewer_test::FormFixture;
 using viewer_test::ScratchConfig;
 
 TEST(StartArguments, TheSplitWithMorePartsWinsAndBlanksWinATie) {
-    const struct {
-        const char* line;
-        viewer::StartArguments expected;
-    } cases[] = {
+    const struct { const char* line; viewer::StartArguments expected; } cases[] = {
         {"", {}},
         {"VESTA", {"VESTA", "", ""}},
         {"VESTA,BLM", {"VESTA", "BLM", ""}},
@@ -45,12 +42,7 @@ TEST(StartArguments, TheSplitWithMorePartsWinsAndBlanksWinATie) {
 }
 
 TEST(StartUp, ArgumentsChooseMachineSubsystemAndExtras) {
-    const struct {
-        const char* line;
-        int16_t machine;
-        const char* subsystemFile;
-        int16_t extrasMode;
-    } cases[] = {
+    const struct { const char* line; int16_t machine; const char* subsystemFile; int16_t extrasMode; } cases[] = {
         {"", 0, "ORKA_BPM.csv", 2},
         {"VESTA,BLM", 1, "VESTA_BLM.csv", 2},
         {"VESTA BLM EXTRAS_ON", 1, "VESTA_BLM.csv", 1},
@@ -91,11 +83,8 @@ TEST(StartUp, WithoutAUserNameTheExtraInformationReplacesTheElementChooser) {
 }
 
 TEST(StartUp, EachFailingStepShowsItsMessageAndStopsThere) {
-    const struct {
-        const char* name;
-        std::function<void(const ScratchConfig&)> damage;
-        std::string message;
-    } cases[] = {
+    const struct { const char* name; std::function<void(const ScratchConfig&)> damage; std::string message; }
+        cases[] = {
         {"machine list", [](const ScratchConfig& c) { c.Remove("config_machines.csv"); },
          "Read Machine-Info File config_machines.csv failed !"},
         {"subsystem list", [](const ScratchConfig& c) { c.Remove("TEST_Subsystems.csv"); },

@@ -10,11 +10,7 @@ namespace {
 
 TEST(ValueText, GridFormatsChangeAtTheirBoundsOnSinglePrecisionValues) {
     const float nan = std::numeric_limits<float>::quiet_NaN();
-    const struct {
-        float value;
-        const char* grid;
-        const char* overview;
-    } cases[] = {
+    const struct { float value; const char* grid; const char* overview; } cases[] = {
         {0.0f, "0", "0.0"},
         {-0.0f, "0", "-0.0"},
         // 0.01 and 9999 as singles still take four decimals.

@@ -5,11 +5,14 @@
 #include <QAbstractItemView>
 #include <QComboBox>
 #include <QDir>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QLabel>
 #include <QTemporaryDir>
 
 #include "form_fixture.h"
 #include "ui/logbook/logbook.h"
+#include "ui/logbook/logbook_entry.h"
 #include "ui/plot/plex_plot.h"
 
 namespace {
@@ -38,6 +41,12 @@ TEST(Window, TitledTrendsWholeElementNamesAndTheFiledSnapshotsPlace) {
     ui::Logbook::SetPrinterLookup(nullptr);
     ASSERT_EQ(entries.size(), 1);
     EXPECT_EQ(form.StatusLine->text(), "Snapshot filed in the ORKA logbook: " + logbook.filePath(entries[0]));
+    // Filed in the ORKA logbook whatever the machine, the record names what the picture shows.
+    QFile recordFile(QDir(logbook.filePath(entries[0])).filePath(ui::kLogbookRecordFile));
+    ASSERT_TRUE(recordFile.open(QIODevice::ReadOnly));
+    const QJsonObject record = QJsonDocument::fromJson(recordFile.readAll()).object();
+    EXPECT_EQ((record["machine"].toString() + "|" + record["device"].toString() + "|" + record["title"].toString())
+                  .toStdString(), "LYRAS|Steerer current Soll|" + form.windowTitle().toStdString());
 }
 
 }  // namespace

@@ -10,12 +10,8 @@ namespace {
 
 TEST(ServerQuery, APropertyListNamesTheAskedOneFirstAndNothingForOneTheServerLacks) {
     const auto accelerator = sim::InstallSimulatedAccelerator(LUMISCOPE_SAMPLE_CONFIG_DIR);
-    const struct {
-        const char* server;
-        const char* property;
-        vire::Status status;
-        std::vector<std::string> names;
-    } cases[] = {
+    const struct { const char* server; const char* property; vire::Status status; std::vector<std::string> names; }
+        cases[] = {
         {"/ORKA/BPMQ1", "ORBIT.Y", vire::kOk, {"ORBIT.Y", "ORBIT.X"}},
         {"/ORKA/BPMQ1", "ORBIT.Z", vire::kNoData, {}},
         {"/ORKA/BPMQ1", "ORBIT", vire::kNoData, {}},  // a prefix is not the property

@@ -114,12 +114,7 @@ TEST_F(LogbookTest, EntriesAreNamedAndStampedInLocalTimeOnBothSidesOfDaylightSav
 
 TEST_F(LogbookTest, RefusedEntriesLeaveNothingAndSayWhy) {
     enum class Setup { RootIsAFile, NoPicture, DiskFull };
-    struct Case {
-        const char* name;
-        bool printerInstalled;
-        Setup setup;
-        const char* firstLine;
-    };
+    struct Case { const char* name; bool printerInstalled; Setup setup; const char* firstLine; };
     const Case cases[] = {
         {"no printer, directory blocked", false, Setup::RootIsAFile,
          "Please add ORKA to your list of installed printers"},

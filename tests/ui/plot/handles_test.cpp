@@ -17,9 +17,7 @@ using ui::PlexPlot;
 
 const std::vector<float> kValues{1, 2, 3, 4};
 
-struct Handles {
-    int32_t trace, text, mark;
-};
+struct Handles { int32_t trace, text, mark; };
 
 TEST(PlotHandles, OnlyALiveHandleReachesItsObject) {
     enum Kind { Live, Deleted, Cleared, None, Zero, Unknown };
@@ -75,11 +73,7 @@ TEST(PlotHandles, HandlesCountUpAndWrapPastTheLargest) {
 }
 
 TEST(PlotHandles, CountsAreHeldToTheBuffersGiven) {
-    struct Case {
-        const char* name;
-        int32_t count;
-        size_t values, labels, points, keptLabels;
-    };
+    struct Case { const char* name; int32_t count; size_t values, labels, points, keptLabels; };
     const Case cases[] = {
         {"count as given", 3, 4, 4, 3, 3},         {"count beyond the buffer", 10, 4, 4, 4, 4},
         {"negative count", -5, 4, 4, 0, 0},        {"fewer labels than points", 4, 4, 2, 4, 2},

@@ -17,11 +17,7 @@ namespace {
 
 TEST(Labels, StepIsTheSmallestOf125ThatKeepsLabelsAPitchApart) {
     constexpr int64_t kOne = std::numeric_limits<int32_t>::max();  // at most one label
-    struct Case {
-        const char* name;
-        double from, to, pixels, pitch;
-        int64_t step;
-    };
+    struct Case { const char* name; double from, to, pixels, pitch; int64_t step; };
     const Case cases[] = {
         {"10 elements: every one", 0, 9, 1100, 14, 1},      {"500 elements", 0, 499, 1100, 14, 10},
         {"8000 elements", 0, 7999, 1100, 14, 200},           {"exactly one per pitch", 0, 100, 1400, 14, 1},
@@ -41,12 +37,7 @@ TEST(Labels, StepIsTheSmallestOf125ThatKeepsLabelsAPitchApart) {
     EXPECT_EQ(ui::LabelledElements(0, 30, 10, 31, starts), (std::vector<int64_t>{0, 10, 20, 30}));
 }
 
-struct AxisLabels {
-    QVector<double> ticks;
-    QVector<QString> labels;
-    double pixelsPerElement;
-    int pitch;
-};
+struct AxisLabels { QVector<double> ticks; QVector<QString> labels; double pixelsPerElement; int pitch; };
 
 // A labelled trace of n elements on a 1200-pixel plot; the labels its x axis shows.
 AxisLabels LabelsOf(ui::PlexPlot& plot, int n, const std::string& prefix, std::vector<int32_t> anchors = {}) {

@@ -101,14 +101,8 @@ TEST(Thinning, ADenseTraceInksWhatEveryPointWould) {
 
 TEST(Thinning, ShapesKeepPositionsRangeAndOrderAndSurviveBadValues) {
     const float nan = std::numeric_limits<float>::quiet_NaN(), inf = std::numeric_limits<float>::infinity();
-    struct Case {
-        const char* name;
-        std::vector<float> values, reference;
-        std::vector<double> xs;
-        bool ascending;
-        double xLower;
-        std::vector<QPointF> expected;
-    };
+    struct Case { const char* name; std::vector<float> values, reference; std::vector<double> xs; bool ascending;
+        double xLower; std::vector<QPointF> expected; };
     // x pixels = x - xLower on columns 0..100, y pixels = 100 - y.
     const Case cases[] = {
         {"few points: exactly where they are", {0, 100, 50}, {}, {}, true, 0, {{0, 100}, {1, 0}, {2, 50}}},
@@ -147,11 +141,7 @@ TEST(Thinning, ShapesKeepPositionsRangeAndOrderAndSurviveBadValues) {
 
 TEST(Thinning, AGapInTheDataBreaksTheLine) {
     const float nan = std::numeric_limits<float>::quiet_NaN();
-    const struct {
-        const char* name;
-        std::vector<float> values;
-        std::vector<QPointF> pairs;
-    } cases[] = {
+    const struct { const char* name; std::vector<float> values; std::vector<QPointF> pairs; } cases[] = {
         {"a gap between two runs", {10, 20, nan, 40, 50}, {{0, 90}, {1, 80}, {3, 60}, {4, 50}}},
         {"lone points stay as dots", {10, nan, 30}, {{0, 90}, {0, 90}, {2, 70}, {2, 70}}},
         {"a trailing gap ends the line", {10, 20, nan}, {{0, 90}, {1, 80}}},
