@@ -94,7 +94,7 @@ network_bench::BenchServers* servers = nullptr;
 
 void OverNetwork(benchmark::State& state) {
     std::shared_ptr<vire::Transport> transport;
-    if (servers) transport = std::make_shared<net::NetworkTransport>(net::NetworkSettings{servers->names.Address(), "", ""});
+    if (servers) transport = std::make_shared<net::NetworkTransport>(net::NetworkSettings{servers->etcd.endpoint, "", ""});
     NineItemsOneDay(state, transport);
 }
 BENCHMARK(OverNetwork)->Name("figure:history-9-items-network")->Unit(benchmark::kMillisecond)->MinTime(2.0);
