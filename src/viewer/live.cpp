@@ -33,7 +33,7 @@ void SpectrumForm::PLEXPlotSpectrum_DataReceive(int32_t /*link*/, int16_t error)
     if (s_.SuppressSpectrumUpdates || OptArchiveData->isChecked() || error != 0) return;
     catalogue::Catalogue& cat = s_.cat;
     ui::PlexPlot* plot = PLEXPlotSpectrum;
-    // 1, 2
+    // Each part of the spectrum reads its link; a reversed part is turned round.
     s_.LastLiveUpdate = vire::UNIXTIME();
     const int16_t first = cat.CurrentSpectrum;
     const int16_t count = s_.ChannelsStarted;
@@ -42,7 +42,7 @@ void SpectrumForm::PLEXPlotSpectrum_DataReceive(int32_t /*link*/, int16_t error)
         plot->ReadLinkData(record.LinkHandle, std::span<float>(record.Values));
         if (record.Reverse) ReverseInPlace(record.Values);
     }
-    // 3: labels and point count, only when the trace is rebuilt.
+    // Labels and point count, only when the trace is rebuilt.
     const bool rebuild = cat.SpectrumTrace < 0;
     std::vector<int32_t> partStarts;  // where each part's points begin, for its labels
     if (rebuild) {
@@ -72,7 +72,7 @@ void SpectrumForm::PLEXPlotSpectrum_DataReceive(int32_t /*link*/, int16_t error)
         }
         s_.LivePointCount = static_cast<int16_t>(total);
     }
-    // 4: peak hold keeps a larger held value; an equal one takes the new value.
+    // Peak hold keeps a larger held value; an equal one takes the new value.
     const bool peakHold = LivePeakHold->isChecked();
     int32_t offset = 0;
     for (int16_t r = first; r < first + count; ++r) {
@@ -87,10 +87,10 @@ void SpectrumForm::PLEXPlotSpectrum_DataReceive(int32_t /*link*/, int16_t error)
         }
         offset += static_cast<int32_t>(values.size());
     }
-    // 5
+    // Percent of threshold, when the operator asked for it.
     if (s_.PercentMode) ConvertToPercent();
     const std::span<const float> values(&s_.LiveValues[0], kMaxLivePoints + 1);
-    // 6: a rebuild draws the trace and the thresholds, nothing more.
+    // A rebuild draws the trace and the thresholds, nothing more.
     if (rebuild) {
         plot->RemoveAllTexts();
         plot->RemoveAllTraces();
@@ -105,7 +105,7 @@ void SpectrumForm::PLEXPlotSpectrum_DataReceive(int32_t /*link*/, int16_t error)
             DrawThresholds(plot);
         return;
     }
-    // 7: the trace and its captions.
+    // The trace and its captions.
     plot->UpdateTrace(cat.SpectrumTrace, values, s_.LivePointCount);
     const double xmax = plot->XMax(), xmin = plot->XMin(), ymax = plot->YMax(), ymin = plot->YMin();
     const ui::Colour remembered = plot->ForeColour();
@@ -119,7 +119,7 @@ void SpectrumForm::PLEXPlotSpectrum_DataReceive(int32_t /*link*/, int16_t error)
     if (refDisplay->isChecked()) mode += " Reference";
     s_.SpectrumModeText = mode.empty() ? -1 : plot->DrawText((xmax - xmin) * 0.05 + xmin, (ymax - ymin) * 0.85 + ymin, mode);
     plot->SetForeColour(remembered);
-    // 8
+    // Continuous auto-scale follows every frame.
     if (LiveAutoScaleChecked()) plot->AutoScale(0, 0, 1, 1);
 }
 

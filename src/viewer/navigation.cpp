@@ -40,7 +40,7 @@ void SpectrumForm::MenuSubsystem_Click(int16_t index) { SelectASubSystem(index);
 void SpectrumForm::SelectAMachine(int16_t& machine, int16_t& subMachine, int16_t& wantPs) {
     catalogue::Catalogue& cat = s_.cat;
     const bool combined = machine == kCombinedMachine || machine == -kCombinedMachine;
-    // 1, 2
+    // The combined entry chooses a machine under it and asks for the extras.
     if (combined) {
         cat.CurrentMachine = subMachine;
         MSubsystem->setTitle("Select Machine");
@@ -55,7 +55,7 @@ void SpectrumForm::SelectAMachine(int16_t& machine, int16_t& subMachine, int16_t
         MenuOperationsMenu->menuAction()->setVisible(false);
         if (s_.ExtrasMode == 1) s_.ExtrasMode = 2;
     }
-    // 3: the check marks follow the new choice.
+    // The check marks follow the new choice.
     for (int16_t i = 0; i < cat.MachineCount && i < kMachineMenuEntries; ++i) {
         MenuMachine[i]->setChecked(false);
         if (i < kMachine2Entries) MenuMachine2[i]->setChecked(false);
@@ -66,17 +66,17 @@ void SpectrumForm::SelectAMachine(int16_t& machine, int16_t& subMachine, int16_t
     } else {
         MenuMachine.at(static_cast<std::size_t>(machine))->setChecked(true);
     }
-    // 4: every row's display state starts afresh.
+    // Every row's display state starts afresh.
     for (int16_t i = 0; i < catalogue::kMaxSpectrum; ++i) cat.SpectrumList[i].Started = false;
-    // 5: the history list of the machine.
+    // The history list of the machine.
     if (catalogue::ReadHistoryFile(cat, cat.ConfigPath + cat.MachineList[cat.CurrentMachine].MachineFile) != 0) {
         ui::MsgBox(std::string(catalogue::kReadMachineSourceFailedText));
         return;
     }
-    // 6
+    // Colours, grids and the machine overview of the new machine.
     InitGraphics();
     InitAcceleratorHistory();
-    // 7, 8: the machine's subsystems; the combined entry may ask for "_PS".
+    // The machine's subsystems; the combined entry may ask for "_PS".
     const std::string configFile = cat.MachineList[cat.CurrentMachine].ConfigFile;
     if (catalogue::ReadSubsystemList(cat, *this, cat.ConfigPath + configFile) != 0) {
         ui::MsgBox(catalogue::ReadDataSourceFailedText(configFile));
@@ -91,7 +91,7 @@ void SpectrumForm::SelectAMachine(int16_t& machine, int16_t& subMachine, int16_t
     if (cat.CurrentSubsystem >= cat.SubsystemCount) cat.CurrentSubsystem = 0;
     for (int16_t i = 0; i < catalogue::kSubsystemMenuEntries; ++i)
         MenuSubsystem[i]->setChecked(i == cat.CurrentSubsystem);
-    // 9: the channel catalogue; the chooser's handler rebuilds the selection.
+    // The channel catalogue; the chooser's handler rebuilds the selection.
     ReadCurrentSubsystem();
 }
 

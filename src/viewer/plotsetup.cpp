@@ -51,21 +51,21 @@ void SetItemGridHeader(ui::ValueGrid* grid, int rows) {
 void SpectrumForm::InitGraphics() {
     {
         FlagGuard initialising(s_.Initialising);
-        // 2: the trend plots start on the present time window.
+        // The trend plots start on the present time window.
         s_.HistoryStop = vire::UNIXTIME();
         s_.HistoryStart = s_.HistoryStop - s_.HistorySpan;
         UpDownTime->setRange(-999, 999);
         UpDownTime->setValue(0);
         TextTimeScale->setText(QString("%1 s").arg(s_.HistorySpan));
-        // 3
+        // Item slot colours.
         for (int i = 0; i < 10; ++i) s_.ItemColours[i] = kItemColourTable[i];
-        // 4, 7
+        // The two item grids, a heading row and a row per item.
         SetItemGridHeader(GridSelected, s_.MaxItems + 1);
         SetItemGridHeader(GridExtra, s_.MaxItems + 1);
-        // 5, 6
+        // No item is highlighted; the overview slots take the item colours.
         s_.Items.SetCurrent(-1);
         for (int16_t i = 0; i <= kMaxItemSlot; ++i) s_.OverviewColours[i] = s_.ItemColours[i];
-        // 8
+        // The machine overview grid, a row per quantity.
         GridAccelerator->SetCols(3);
         GridAccelerator->SetRows(s_.cat.HistoryCount + 1);
         const int32_t widths[] = {1600, 800, 800};
@@ -87,7 +87,7 @@ void SpectrumForm::InitGraphics() {
             s_.ZoomYMin[0][p] = trends[p]->YMin();
         }
     }
-    // 9
+    // The layout follows the grids' new sizes.
     Form_Resize();
 }
 

@@ -45,12 +45,12 @@ void SpectrumForm::SpectrumCombo_Click() {
     if (s_.Initialising) return;
     catalogue::Catalogue& cat = s_.cat;
     {
-        // 1
+        // Busy and initialising while the channel changes.
         FlagGuard busy(s_.Busy);
         FlagGuard initialising(s_.Initialising);
         // Spectra arriving while the links are rebuilt belong to no channel.
         FlagGuard suppress(s_.SuppressSpectrumUpdates);
-        // 2: a reference belongs to the spectrum it was taken of.
+        // A reference belongs to the spectrum it was taken of.
         if (refDisplay->isChecked()) {
             PLEXPlotSpectrum->SetRelativeDisplay(false, cat.SpectrumTrace);
             refDisplay->setChecked(false);
@@ -60,23 +60,23 @@ void SpectrumForm::SpectrumCombo_Click() {
             PLEXPlotSpectrum->DeleteTrace(s_.ReferenceTrace);
             s_.ReferenceTrace = -1;
         }
-        // 3, 4
+        // A new channel starts without peak hold, auto-scaled continuously.
         LivePeakHold->setChecked(false);
         LiveAutoScale[0]->setChecked(false);
         LiveAutoScale[1]->setChecked(false);
         LiveAutoScale[2]->setChecked(true);
         ui::YieldToEventLoop();
         s_.ChannelsStarted = 0;
-        // 5, 6
+        // The chosen channel; its threshold menus only where it has thresholds.
         cat.CurrentSpectrum = cat.ComboToSpectrum[SpectrumCombo->currentIndex()];
         const bool thresholds = !cat.SpectrumList[cat.CurrentSpectrum].ThresholdSource.empty();
         liveShowThreshold->setVisible(thresholds);
         histShowThreshold->setVisible(thresholds);
         modThreshold->setVisible(thresholds);
-        // 7: every part of the spectrum gets its own live link.
+        // Every part of the spectrum gets its own live link.
         cat.SpectrumTrace = -1;
         StartSpectrumLinks(cat.CurrentSpectrum, true);
-        // 8, 9
+        // Property boxes, and the addresses the history reads use.
         InitPropSelections(false);
         const catalogue::SpectrumRecord& chosen = cat.SpectrumList[cat.CurrentSpectrum];
         s_.HistoryServer = chosen.HstServer;
@@ -84,12 +84,12 @@ void SpectrumForm::SpectrumCombo_Click() {
         s_.ArchiveServer = chosen.ArcServer;
         s_.ArchiveProperty = chosen.ArcProperty;
         s_.CurrentElementName = chosen.ElementNames.empty() ? std::string() : chosen.ElementNames[0];
-        // 10: the items follow the channel change.
+        // The items follow the channel change.
         ReselectItems();
-        // 11
+        // The next channel change keeps the items of this one.
         s_.PrevChannel = cat.CurrentSpectrum;
     }
-    // 12
+    // In archive mode the new channel's past is read at once.
     if (OptArchiveData->isChecked() && s_.Items[0].hasData) ReloadArchiveData();
 }
 
@@ -202,7 +202,7 @@ void SpectrumForm::ShowChannelFrame(int16_t channel) {
     // how wide it would be.
     const int32_t upper =
         record.Values.empty() ? record.Size - 1 : catalogue::SpectrumRecord::UpperBound(record.Values);
-    // 1: parts of one spectrum are drawn side by side.
+    // Parts of one spectrum are drawn side by side.
     if (!record.Append) {
         plot->SetXMin(-0.2);
         plot->SetXMax(upper + 0.2);
@@ -213,7 +213,7 @@ void SpectrumForm::ShowChannelFrame(int16_t channel) {
         plot->SetXMax(plot->XMax() + upper + 1);
     }
     plot->SetXMin(-0.2);
-    // 2
+    // Vertical range: 120 % in percent mode, else the catalogue's.
     if (s_.PercentMode) {
         plot->SetYMax(120);
     } else {
@@ -222,13 +222,13 @@ void SpectrumForm::ShowChannelFrame(int16_t channel) {
             plot->SetYMin(record.Min);
         }
     }
-    // 3
+    // The range boxes show the limits.
     {
         FlagGuard initialising(s_.Initialising);
         TxtSelect[0]->setText(QString::fromStdString(LimitText(plot->YMax())));
         TxtSelect[1]->setText(QString::fromStdString(LimitText(plot->YMin())));
     }
-    // 4
+    // Axis titles, colour and the caption naming the machine and channel.
     plot->SetYLabel(record.Egu);
     plot->SetXLabel("Device Name/Location");
     plot->SetForeColour(0x000000);
@@ -244,7 +244,7 @@ std::string SpectrumForm::TraceCaptionPrefix() const {
 
 void SpectrumForm::InitPropSelections(bool fromItem) {
     const catalogue::Catalogue& cat = s_.cat;
-    // 1
+    // Every box starts hidden, unticked and yellow.
     FrameProps->setVisible(false);
     {
         FlagGuard initialising(s_.Initialising);
@@ -270,7 +270,7 @@ void SpectrumForm::InitPropSelections(bool fromItem) {
         return box;
     };
     if (fromItem) {
-        // 2
+        // Boxes of the current item: its element in each property of its group.
         if (s_.Items.Current() < 0) return;
         const SelectedItem& item = s_.Items[s_.Items.Current()];
         LabelExtDevice[0]->setVisible(true);
@@ -295,7 +295,7 @@ void SpectrumForm::InitPropSelections(bool fromItem) {
             }
         }
     } else {
-        // 3
+        // Boxes of the chosen channel: every entry of its group.
         const int16_t link = cat.SpectrumList[cat.CurrentSpectrum].PropLink;
         for (int16_t i = 0; i < catalogue::kMaxSpectrum; ++i) {
             if (cat.SpectrumList[i].PropLink != link) continue;
@@ -304,7 +304,7 @@ void SpectrumForm::InitPropSelections(bool fromItem) {
             offer(i, cat.SpectrumList[i].Append ? head : i);
         }
     }
-    // 4
+    // The frame shows again unless extras take its place.
     s_.PropBoxesUsed = n;
     if (s_.ExtrasMode == 0) FrameProps->setVisible(true);
 }

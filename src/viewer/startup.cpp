@@ -64,7 +64,7 @@ void ReportMissingConfiguration() {
 
 void SpectrumForm::Form_Load() {
     catalogue::Catalogue& cat = s_.cat;
-    // 1, 2: user mode. Operators see the element chooser; without a user
+    // User mode. Operators see the element chooser; without a user
     // name the window shows the extra information instead.
     s_.MaxItems = 9;
     s_.Items.SetMaxItems(s_.MaxItems);
@@ -82,14 +82,14 @@ void SpectrumForm::Form_Load() {
         LabelPoints[0]->setText("-");
         LabelPoints[1]->setText("-");
     }
-    // 3, 4
+    // Handlers stay quiet while the window is set up.
     s_.Initialising = true;
     s_.DisplayCounter0 = 0;
     s_.DisplayCounter1 = 1;
     LabelSelect[4]->setText("All Curves");
-    // 5: start arguments
+    // Start arguments
     const StartArguments args = SplitStartArguments(commandLine_);
-    // 6, 7: configuration directory
+    // Configuration directory
     s_.DisplayMode = 1;
     if (Library().OpenedByControl) {
         Library().ConfigPath = FixedConfigPath();
@@ -105,7 +105,7 @@ void SpectrumForm::Form_Load() {
     cat.ProgramPath = Library().ProgramPath;
     cat.ApplicationPath = applicationPath_;
     vire::InstallThresholdLink(cat);
-    // 8, 9: machine list
+    // Machine list
     s_.AcceleratorOverview = false;
     cat.CatalogueFresh = true;
     cat.CatalogueFresh2 = true;
@@ -114,13 +114,13 @@ void SpectrumForm::Form_Load() {
         return;
     }
     CaptionMachineMenus();
-    // 10, 11: machine
+    // Machine
     if (!args.machine.empty())
         FirstContaining(args.machine, cat.MachineCount, cat.CurrentMachine,
                         [&](int16_t i) -> const std::string& { return cat.MachineList[i].Name; });
     MenuMachine.at(static_cast<std::size_t>(cat.CurrentMachine))->setChecked(true);
     MSubsystem->setTitle(cat.CurrentMachine == kCombinedMachine ? "Select Machine" : "Subsystem");
-    // 12, 13, 14: subsystem list and subsystem
+    // Subsystem list and subsystem
     const std::string configFile = cat.MachineList[cat.CurrentMachine].ConfigFile;
     if (catalogue::ReadSubsystemList(cat, *this, cat.ConfigPath + configFile) != 0) {
         ui::MsgBox(catalogue::ReadDataSourceFailedText(configFile));
@@ -130,24 +130,24 @@ void SpectrumForm::Form_Load() {
         FirstContaining(args.subsystem, cat.SubsystemCount, cat.CurrentSubsystem,
                         [&](int16_t i) -> const std::string& { return cat.SubsystemList[i].FileName; });
     MenuSubsystem.at(static_cast<std::size_t>(cat.CurrentSubsystem))->setChecked(true);
-    // 15: the channel catalogue; its reader reports nothing to this step.
+    // The channel catalogue; its reader reports nothing to this step.
     const catalogue::SubsystemRecord& subsystem = cat.SubsystemList[cat.CurrentSubsystem];
     s_.PrevChannel = -1;
     s_.CompanionMarker = -1;
     catalogue::ReadSpectrumConfig(cat, *this, subsystem.Directory + subsystem.FileName);
-    // 16: the history list
+    // The history list
     if (catalogue::ReadHistoryFile(cat, cat.ConfigPath + HistoryFileMachineName(cat)) != 0) {
         ui::MsgBox(std::string(catalogue::kReadMachineSourceFailedText));
         return;
     }
-    // 17, 18, 19
+    // Item slots start empty, the trend window at the present.
     for (int16_t i = 0; i < s_.MaxItems; ++i) {
         s_.Items[i].unusedSlot = s_.Items[i].unusedSlot2 = true;
         s_.Extras[i].unusedSlot = s_.Extras[i].unusedSlot2 = true;
     }
     s_.HistorySelections = 0;
     UpDownTime_Change(!OptTime[0]->isChecked());
-    // 20: extras
+    // Extras
     if (!args.extras.empty()) {
         s_.ExtrasRequested = true;
         SwitchExtras(args.extras == "EXTRAS_ON" ? 1 : 2);
@@ -155,7 +155,7 @@ void SpectrumForm::Form_Load() {
         s_.ExtrasRequested = false;
         SwitchExtras(2);
     }
-    // 21..25
+    // Property boxes, scale menu, grids, colours and the calendar.
     InitPropSelections(false);
     SwitchScaleMenu(2);
     InitGraphics();
@@ -166,7 +166,7 @@ void SpectrumForm::Form_Load() {
     MonthView1->SetValue(today);
     s_.Items.SetCurrent(-1);
     s_.ZoomMarkers = {-1, -1, -1, -1};
-    // 26, 27
+    // Set-up done: handlers act again, and the machine overview starts.
     s_.Initialising = false;
     InitAcceleratorHistory();
 }
