@@ -1,0 +1,2 @@
+// Benchmarks of the time tools: movie steps, zoom on histories, waterfall.
+#include <benchmark/benchmark.h>
