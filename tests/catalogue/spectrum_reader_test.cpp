@@ -98,8 +98,8 @@ TEST(ReadSpectrumConfig, SizesRoundHalvesToEvenAndMustFitASpectrum) {
         read.File({kHeader, "C,S/D,P,7,A,1,0,,", "C,S/D,P," + c.size + ",B,1,0,,"});
         EXPECT_EQ(read.result, c.result) << c.size;
         EXPECT_EQ(read.cat.NewSpectrum.Size, c.stored) << c.size;
-        EXPECT_EQ(read.cat.LastReport.line, c.result == 0 ? 0 : 3) << c.size;
-        EXPECT_EQ(read.cat.LastReport.rowsStored, c.result == 0 ? 2 : 1) << c.size;
+        EXPECT_EQ(std::make_pair(read.cat.LastReport.line, read.cat.LastReport.rowsStored),
+                  c.result == 0 ? std::make_pair(0, 2) : std::make_pair(3, 1)) << c.size;
         EXPECT_EQ(read.window.events.empty(), c.result != 0) << c.size;
     }
 }
@@ -130,9 +130,8 @@ TEST(ReadSpectrumConfig, MissingColumnsCarryOverBetweenRowsAndFiles) {
     ASSERT_EQ(read.File({"SERVER,PROPERTY,DESCRIPTION,PROPSHORT", "S2/F,R,C,Z", "S3,S,D,Z"}).result, 0);
     const SpectrumRecord& c = read.Row(0);
     EXPECT_EQ(c.Context + " " + c.HstServer + " " + std::to_string(c.Size) + " " + c.Egu, "VESTA /VESTA/H 9 mm");
-    EXPECT_EQ(c.PropLink, -1) << "a missing PROPLINK column means -1, not carry-over";
-    EXPECT_EQ(c.PropShort, "Y");
-    EXPECT_EQ(c.ExtraPropComboIndex, -1);
+    // A missing PROPLINK column means -1, not carry-over.
+    EXPECT_EQ(std::make_tuple(c.PropLink, c.PropShort, c.ExtraPropComboIndex), std::make_tuple(-1, "Y", -1));
     EXPECT_EQ(read.Row(0).Tag + " " + read.Row(1).Tag, "//U ///U") << "one more slash per row";
     EXPECT_EQ(read.Row(1).Server + " " + read.Row(1).Device, "S3 F");
 }
