@@ -84,9 +84,9 @@ TEST_F(QueryTest, FloatsAreReadAsSinglesNeverBeyondTheValuesAndKeptOnFailure) {
         vire::StoreFloat(out.buffer, 4, 1.5f);
         return out.count = 5, vire::Status{0};  // more than asked: only what fits is taken
     };
-    std::vector<float> values(3, -7.0f);
-    EXPECT_EQ(vire::ReadFloats("/A/B/C", "THR", values, 800), 0);
-    EXPECT_EQ(values, (std::vector<float>{0.0f, 1.5f, 0.0f}));
+    std::vector<float> values(4, -7.0f);  // the last one is not the caller's
+    EXPECT_EQ(vire::ReadFloats("/A/B/C", "THR", std::span(values).first(3), 800), 0);
+    EXPECT_EQ(values, (std::vector<float>{0.0f, 1.5f, 0.0f, -7.0f}));
     EXPECT_EQ(fake->calls[0], "/A/B/C THR 3 517 1 800 0");
     fake->call = [](auto&&...) { return vire::kLinkError; };
     EXPECT_EQ(vire::ReadFloats("/A/B/C", "THR", values, 800), vire::kLinkError);
