@@ -1,5 +1,6 @@
 #include <cmath>
 #include <filesystem>
+#include <tuple>
 
 #include "catalogue/files.h"
 #include "catalogue/readers.h"
@@ -86,15 +87,18 @@ TEST_F(SimTest, ActualCurrentsFollowTheirSetValues) {
 
 // The codes of addresses and formats the servers do not know: the network tests, for both transports.
 TEST_F(SimTest, AReadIntoABufferSmallerThanTheCountNeverWritesPastIt) {
-    std::vector<std::byte> buffer(10 * 4 + 4, std::byte{0x5A});
-    vire::DataObject out{32, vire::kFormatSingle, "", std::span<std::byte>(buffer).first(10 * 4)};
-    EXPECT_EQ(vire::LinkCall("/ORKA/BPMQ1/ORBIT", "ORBIT.X", out, {}, 1, 1000), 0);
-    EXPECT_EQ(out.count, 10);
-    EXPECT_EQ(buffer.back(), std::byte{0x5A});
+    for (const auto& [device, property] : {std::pair{"/ORKA/BPMQ1/ORBIT", "ORBIT.X"},
+                                           {"/ORKA/BLMSRV/LOSS.RING", "THRESHOLD"}}) {
+        std::vector<std::byte> buffer(10 * 4 + 4, std::byte{0x5A});
+        vire::DataObject out{32, vire::kFormatSingle, "", std::span<std::byte>(buffer).first(10 * 4)};
+        EXPECT_EQ(vire::LinkCall(device, property, out, {}, 1, 1000), 0) << property;
+        EXPECT_EQ(out.count, 10) << property;
+        EXPECT_EQ(buffer.back(), std::byte{0x5A}) << property;
+    }
 }
 
-TEST_F(SimTest, ServersNameTheirElementsAndLocationsAndNumberTheBuckets) {
-    // Long names continued and joined, and the property lists of known servers: the vire-call tests.
+TEST_F(SimTest, ServersNameTheirElementsAndLocationsAndListTheirProperties) {
+    // Long names continued and joined: the query tests.
     struct Case { const char* server; const char* property; int32_t count; std::vector<std::string> first; int32_t total; };
     const Case cases[] = {
         {"/ORKA/BPMQ3", "ORBIT.Y", 32, {"BPM.S09.C1", "BPM.S09.C2"}, 32},
@@ -108,8 +112,15 @@ TEST_F(SimTest, ServersNameTheirElementsAndLocationsAndNumberTheBuckets) {
         EXPECT_EQ(count, c.total) << c.server;
         EXPECT_EQ(std::vector<std::string>(names.begin(), names.begin() + static_cast<long>(c.first.size())), c.first);
     }
-    vire::PropertyList list;
-    EXPECT_EQ(vire::GetProperties("/ORKA/NOWHERE", "", list), vire::kLinkError);
+    // A property list names the asked property first; a prefix is not the property.
+    const std::tuple<const char*, const char*, vire::Status, std::vector<std::string>> lists[] = {
+        {"/ORKA/BPMQ1", "ORBIT.Y", 0, {"ORBIT.Y", "ORBIT.X"}}, {"/ORKA/BPMQ1", "ORBIT.Z", vire::kNoData, {}},
+        {"/ORKA/BPMQ1", "ORBIT", vire::kNoData, {}}, {"/ORKA/NOWHERE", "", vire::kLinkError, {}}};
+    for (const auto& [server, property, status, properties] : lists) {
+        vire::PropertyList list;
+        EXPECT_EQ(vire::GetProperties(server, property, list), status) << server << " " << property;
+        EXPECT_EQ(list.names, properties) << server << " " << property;
+    }
     for (int16_t format : {vire::kFormatName16, vire::kFormatName64, vire::kFormatSingle}) {
         const auto answer = Read("/ORKA/BLMSRV/LOCATIONS", "LOCATION", 96, format);
         EXPECT_EQ(answer.status, format == vire::kFormatSingle ? vire::kFormatMismatch : 0) << format;
