@@ -83,7 +83,6 @@ TEST_F(SimTest, HistoryReadsCheckTheirInputFormatElementAndTimeAndProbesCountThe
     const int16_t fltInt = vire::kFormatFltInt, single = vire::kFormatSingle;
     const Case cases[] = {
         {"/ORKA/BPMHIST/BPM.S01.C2", "ORBIT.X.Q1.HIST", {from}, fltInt, vire::kInvalidInput, -1},
-        {"/ORKA/BPMHIST/BPM.S01.C2", "ORBIT.X.Q1.HIST", {}, fltInt, vire::kInvalidInput, -1},
         {"/ORKA/BPMHIST/BPM.S01.C2", "ORBIT.X.Q1.HIST", {from, to, 1}, fltInt, 0, -1},
         {"/ORKA/BPMHIST/BPM.S01.C2", "ORBIT.X.Q1.HIST", {from, to}, single, vire::kFormatMismatch, -1},
         // An element of another quadrant is not in this quadrant's history.
