@@ -20,15 +20,11 @@ namespace {
 
 // This run's scratch directory, removed when the fuzzer exits; the tables go
 // into its "configs" folder.
-const catalogue_test::ScratchDir& Scratch() {
-    static const catalogue_test::ScratchDir dir;
-    return dir;
-}
-
-std::string ScratchConfigs() { return Scratch().Path("configs"); }
+const catalogue_test::ScratchDir kScratch;
+const std::string kConfigs = kScratch.Path("configs");
 
 std::string Write(const std::string& name, const std::string& contents) {
-    return Scratch().Write("configs/" + name, contents);
+    return kScratch.Write("configs/" + name, contents);
 }
 
 // A directory whose one machine has one subsystem and a history file, all of
@@ -40,7 +36,7 @@ void CheckDirectoryOf(const std::string& contents) {
     Write("F.csv", contents);
     Write("F.HIST", contents);
     Write("ORKA_BLM_THR.csv", contents);
-    (void)catalogue::CheckConfigDirectory(ScratchConfigs());
+    (void)catalogue::CheckConfigDirectory(kConfigs);
 }
 
 // The bytes as a 32-bit number from offset on (0 past the end).
@@ -98,8 +94,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const std::string contents(reinterpret_cast<const char*>(data + 1), size - 1);
     const std::string file = Write("input.csv", contents);
     catalogue::Catalogue cat;
-    cat.ApplicationPath = ScratchConfigs();
-    cat.ProgramPath = ScratchConfigs() + "/";
+    cat.ApplicationPath = kConfigs;
+    cat.ProgramPath = kConfigs + "/";
     catalogue::QuietWindow window;
     switch (selector % 8) {
         case 0:
