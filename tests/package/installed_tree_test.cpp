@@ -4,11 +4,11 @@
 // find_package, and the .deb with its dependencies.
 #include <QDesignerCustomWidgetInterface>
 #include <QFile>
-#include <QMetaMethod>
 #include <QPluginLoader>
 #include <QTemporaryDir>
 #include <QWidget>
 #include <memory>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
@@ -83,46 +83,32 @@ TEST_F(InstalledTree, HoldsWhatUsersRelyOn) {
 }
 
 // Installed programs have no configs/ beside them: they read the sample the
-// tree installed, not the source tree's.
-TEST_F(InstalledTree, ProgramsFindTheInstalledSampleAndDocumentTheirOptions) {
-    struct Case {
-        std::string program;
-        std::vector<std::string> args;
-        std::string printed;  // part of what the program prints
-    };
-    const Case cases[] = {
-        {"vire-call", {"/ORKA/BPMQ1/ORBIT", "ORBIT.X", "--count", "4", "--json"}, "{\"status\":0,"},
-        {"lumiscope-config", {"check", Installed("share/lumiscope/configs")}, "configuration OK"},
-        {"lumiscope", {"--quit-when-populated"}, "populated after"},
+// tree installed, not the source tree's. The menu entry and AppStream data
+// pass their validators.
+TEST_F(InstalledTree, ProgramsFindTheInstalledSampleAndTheDesktopDataValidate) {
+    // the program (bin/ of the tree, or a validator), its arguments, part of what it prints
+    const std::tuple<std::string, std::vector<std::string>, std::string> cases[] = {
+        {"bin/vire-call", {"/ORKA/BPMQ1/ORBIT", "ORBIT.X", "--count", "4", "--json"}, "{\"status\":0,"},
+        {"bin/lumiscope-config", {"check", Installed("share/lumiscope/configs")}, "configuration OK"},
+        {"bin/lumiscope", {"--quit-when-populated"}, "populated after"},
+        {"desktop-file-validate", {Installed("share/applications/org.lumiscope.Lumiscope.desktop")}, ""},
+        {"appstreamcli", {"validate", "--no-net", Installed("share/metainfo/org.lumiscope.Lumiscope.metainfo.xml")},
+         ""},
     };
     // Away from the build tree, so that nothing is found there by chance.
     const std::vector<std::string> environment = {"QT_QPA_PLATFORM=offscreen", "LUMISCOPE_DRIVE_L=",
                                                   "LUMISCOPE_TRANSPORT="};
-    for (const Case& c : cases) {
-        if (!Built(c.program)) continue;
-        const ToolRun run = RunTool(Installed("bin/" + c.program), c.args, environment, true);
-        EXPECT_EQ(run.exitCode, 0) << c.program << "\n" << run.out;
-        EXPECT_NE(run.out.find(c.printed), std::string::npos) << c.program << "\n" << run.out;
+    for (const auto& [program, args, printed] : cases) {
+        const bool installed = program.starts_with("bin/");
+        if (installed && !Built(program.substr(4))) continue;
+        const ToolRun run = RunTool(installed ? Installed(program) : program, args, environment, true);
+        EXPECT_EQ(run.exitCode, 0) << program << "\n" << run.out;
+        EXPECT_NE(run.out.find(printed), std::string::npos) << program << "\n" << run.out;
     }
     // The man page is the program's help: its options and the version.
     const ToolRun page = RunTool("man", {"-l", Installed("share/man/man1/lumiscope.1")}, {"MANWIDTH=120", "MAN_KEEP_FORMATTING="});
     EXPECT_NE(page.out.find("--snapshot FILE.png"), std::string::npos) << page.out;
     EXPECT_NE(page.out.find("lumiscope " LUMISCOPE_VERSION), std::string::npos) << page.out;
-}
-
-TEST_F(InstalledTree, MenuEntryAndAppStreamDataValidate) {
-    struct Case {
-        std::string tool;
-        std::vector<std::string> args;
-    };
-    const Case cases[] = {
-        {"desktop-file-validate", {Installed("share/applications/org.lumiscope.Lumiscope.desktop")}},
-        {"appstreamcli", {"validate", "--no-net", Installed("share/metainfo/org.lumiscope.Lumiscope.metainfo.xml")}},
-    };
-    for (const Case& c : cases) {
-        const ToolRun run = RunTool(c.tool, c.args, {}, true);
-        EXPECT_EQ(run.exitCode, 0) << c.tool << "\n" << run.out;
-    }
 }
 
 // What Designer does with the plugin: load it from where it looks, create the
@@ -138,25 +124,16 @@ TEST_F(InstalledTree, DesignerPluginCreatesTheControlWithItsPropertiesAndSlots) 
     ASSERT_NE(widget, nullptr);
     const QMetaObject* meta = widget->metaObject();
     EXPECT_STREQ(meta->className(), "control::Lumiscope");
-    struct Property {
-        const char* name;
-        QVariant written;
-        QVariant read;  // what the control gives back
-    };
-    const Property properties[] = {
-        {"SelectView", 7, 0},
-        {"ViewerCaption", "caption", ""},
-        {"InfoPath", "/srv/info/", "/srv/info/"},
-    };
-    for (const Property& p : properties) {
-        EXPECT_TRUE(widget->setProperty(p.name, p.written)) << p.name;
-        EXPECT_EQ(widget->property(p.name).toString(), p.read.toString()) << p.name;
+    // property, written, what the control gives back
+    const std::tuple<const char*, QVariant, QString> properties[] = {
+        {"SelectView", 7, "0"}, {"ViewerCaption", "caption", ""}, {"InfoPath", "/srv/info/", "/srv/info/"}};
+    for (const auto& [name, written, read] : properties) {
+        EXPECT_TRUE(widget->setProperty(name, written)) << name;
+        EXPECT_EQ(widget->property(name).toString(), read) << name;
     }
     for (const char* slot : {"SelectAProp(std::string,std::string,std::string,int32_t,int32_t)", "DoSomething()",
-                             "OpenViewer()", "SelectADevice(int32_t)"}) {
-        const int index = meta->indexOfSlot(QMetaObject::normalizedSignature(slot));
-        EXPECT_GE(index, 0) << slot;
-    }
+                             "OpenViewer()", "SelectADevice(int32_t)"})
+        EXPECT_GE(meta->indexOfSlot(QMetaObject::normalizedSignature(slot)), 0) << slot;
 }
 
 TEST_F(InstalledTree, ExampleHostBuildsWithFindPackage) {
