@@ -21,11 +21,10 @@ const std::string kSample = LUMISCOPE_SAMPLE_CONFIG_DIR;
 
 TEST(LumiscopeConfig, MachinesAndSubsystemsOfTheSampleWithAndWithoutTrailingSeparatorAndLocalList) {
     const ToolRun run = Tool({"machines", kSample + "/config_machines.csv"});
-    EXPECT_EQ(run.exitCode, 0);
     const QJsonObject doc = run.Json().object();
-    EXPECT_EQ(doc["result"].toInt(), 0);
-    EXPECT_EQ(doc["MachineCount"].toInt(), 5);
-    EXPECT_EQ(doc["MachineList"].toArray()[4].toObject()["Name"].toString(), "OPERATIONS");
+    EXPECT_EQ(std::make_tuple(run.exitCode, doc["result"].toInt(), doc["MachineCount"].toInt()),
+              std::make_tuple(0, 0, 5));
+    EXPECT_EQ(doc["MachineList"][4]["Name"].toString(), "OPERATIONS");
     EXPECT_TRUE(doc["messages"].toArray().isEmpty());
 
     ScratchDir dir;
@@ -34,41 +33,40 @@ TEST(LumiscopeConfig, MachinesAndSubsystemsOfTheSampleWithAndWithoutTrailingSepa
         const QJsonObject list = Tool({"subsystems", configDir, "VESTA_Subsystems.csv"}).Json().object();
         EXPECT_EQ(list["SubsystemCount"].toInt(), 3);
         EXPECT_EQ(list["MenuSubsystem"][2]["caption"].toString(), "Magnet Power Supplies");
-        EXPECT_TRUE(list["MenuSubsystem"][2]["visible"].toBool());
-        EXPECT_FALSE(list["MenuSubsystem"][3]["visible"].toBool());
+        EXPECT_TRUE(list["MenuSubsystem"][2]["visible"].toBool() && !list["MenuSubsystem"][3]["visible"].toBool());
     }
     const QJsonObject local =
         Tool({"subsystems", kSample, "VESTA_Subsystems.csv", "--program-path", dir.Path("prog")}).Json().object();
     EXPECT_EQ(local["SubsystemCount"].toInt(), 4);
-    EXPECT_EQ(local["SubsystemList"].toArray()[0].toObject()["FileName"].toString(), "L.csv");
+    EXPECT_EQ(local["SubsystemList"][0]["FileName"].toString(), "L.csv");
 }
 
 TEST(LumiscopeConfig, ThresholdsFromFilesLinksAndTheirMessages) {
     ScratchDir dir;
     dir.Write("thr.csv", Lines({"HIGH,LOW", "1.5,-1", "2.5,-2"}));
-    struct Case { std::vector<std::string> args; int result; int exitCode; QStringList messages; };
+    // last: the last high threshold (kFromServer: the server's, above 0), low: the first low one
+    constexpr double kFromServer = -1;
+    struct Case { std::vector<std::string> args; int result, exitCode; QStringList messages; double last, low; };
     const Case cases[] = {
-        {{"thresholds", "thr.csv", "--size", "2", "--program-path", dir.Path()}, 2, 0, {}},
-        {{"thresholds", "thr.csv", "--size", "1", "--program-path", dir.Path()}, -1, 1, {"Threshold array out of bounds !"}},
+        {{"thr.csv", "--size", "2", "--program-path", dir.Path()}, 2, 0, {}, 2.5, -1},
+        {{"thr.csv", "--size", "1", "--program-path", dir.Path()}, -1, 1, {"Threshold array out of bounds !"}, 0, 0},
         // Link sources are answered by the simulated accelerator of the sample.
-        {{"thresholds", "/ORKA/BLMSRV/LOSS.RING[THRESHOLD]", "--size", "96"}, 3, 0, {}},
-        {{"thresholds", "/NOWHERE/SRV/DEV[THRESHOLD]", "--size", "4"}, -1, 1, {}},
+        {{"/ORKA/BLMSRV/LOSS.RING[THRESHOLD]", "--size", "96"}, 3, 0, {}, kFromServer, 0},
+        {{"/NOWHERE/SRV/DEV[THRESHOLD]", "--size", "4"}, -1, 1, {}, 0, 0},
         // More elements than the server's table: it delivers what it has.
-        {{"thresholds", "/ORKA/BLMSRV/LOSS.RING[THRESHOLD]", "--size", "100"}, 3, 0, {}},
+        {{"/ORKA/BLMSRV/LOSS.RING[THRESHOLD]", "--size", "100"}, 3, 0, {}, 0, 0},
     };
     for (const Case& c : cases) {
-        const ToolRun run = Tool(c.args);
-        EXPECT_EQ(run.exitCode, c.exitCode) << run.out;
+        std::vector<std::string> args{"thresholds"};
+        args.insert(args.end(), c.args.begin(), c.args.end());
+        const ToolRun run = Tool(args);
         const QJsonObject doc = run.Json().object();
-        EXPECT_EQ(doc["result"].toInt(), c.result);
+        EXPECT_EQ(std::make_pair(run.exitCode, doc["result"].toInt()), std::make_pair(c.exitCode, c.result)) << run.out;
         EXPECT_EQ(doc["messages"].toArray(), QJsonArray::fromStringList(c.messages)) << run.out;
+        const double last = doc["HighThresholds"].toArray().last().toDouble();
+        EXPECT_TRUE(c.last == kFromServer ? last > 0 : last == c.last) << run.out;
+        EXPECT_EQ(doc["LowThresholds"][0].toDouble(), c.low) << run.out;
     }
-    const QJsonObject ok = Tool(cases[0].args).Json().object();
-    EXPECT_EQ(ok["HighThresholds"].toArray()[1].toDouble(), 2.5);
-    EXPECT_EQ(ok["LowThresholds"].toArray()[0].toDouble(), -1.0);
-    const QJsonArray link = Tool(cases[2].args).Json().object()["HighThresholds"].toArray();
-    ASSERT_EQ(link.size(), 96);
-    EXPECT_GT(link[95].toDouble(), 0.0);
 }
 
 // The window prepares the one channel: its thresholds are read (three rows
@@ -106,25 +104,20 @@ TEST(LumiscopeConfig, ChannelFilesShareOneCatalogueAndEachGetsItsDocument) {
     ASSERT_EQ(docs.size(), 4);
     EXPECT_NE(run.out.find("\"Max\":0.1,"), std::string::npos) << "0.1f printed as its shortest text";
     EXPECT_EQ(docs[0]["SpectrumList"][0]["Description"].toString(), "\"A, q\"");
-    EXPECT_FALSE(docs[0]["ComboVisible"].toBool());
-    EXPECT_TRUE(docs[1]["ComboVisible"].toBool());
+    EXPECT_FALSE(docs[0]["ComboVisible"].toBool() || !docs[1]["ComboVisible"].toBool()) << "for two rows only";
     EXPECT_EQ(docs[1]["SpectrumList"][1]["Context"].toString(), "ORKA");
     EXPECT_EQ(docs[1]["Combo"][1]["spectrum"].toInt(), 1);
     EXPECT_EQ(docs[2]["result"].toInt(), 6);
     EXPECT_EQ(docs[2]["SpectrumList"].toArray().size(), 1);
-    const QJsonArray list = docs[3]["SpectrumList"].toArray();
-    ASSERT_FALSE(list.isEmpty());
-    EXPECT_EQ(list.last()["Description"].toString(), QString::fromUtf8("caf\xc3\xa9 \xc3\xa9\x01"));
+    EXPECT_EQ(docs[3]["SpectrumList"].toArray().last()["Description"].toString(),
+              QString::fromUtf8("caf\xc3\xa9 \xc3\xa9\x01"));
     const ToolRun said = test_support::RunTool(LUMISCOPE_CONFIG_TOOL, args, {}, true);
     const std::string diagnosis = "huge.csv:3: SIZE 2000000000 outside 0..8000: a spectrum holds at most 8000 points";
     EXPECT_NE(said.out.find(diagnosis + " (result 6)"), std::string::npos) << said.out;
 }
 
-TEST(LumiscopeConfig, CheckPassesTheSampleAndFailsABrokenCopy) {
-    const ToolRun good = Tool({"check", kSample});
-    EXPECT_EQ(good.exitCode, 0) << good.out;
-    EXPECT_NE(good.out.find("configuration OK"), std::string::npos);
-
+// The sample passes the check in the installed tree's test.
+TEST(LumiscopeConfig, CheckFailsABrokenCopyNamingTheProblem) {
     ScratchDir dir;
     std::filesystem::copy(kSample, dir.Path("configs"), std::filesystem::copy_options::recursive);
     dir.Write("configs/ORKA_Subsystems.csv", Lines({"FILENAME,DESCRIPTION", "NOPE.csv,Gone"}));
