@@ -98,7 +98,6 @@ TEST_P(ArchiveStoreTest, SeriesJoinBackFilledValuesAndRecordedSpectraWhichReplac
               (std::map<int64_t, float>{{120, 12}, {180, 222.5f}}));
     EXPECT_EQ(store->Series("OKHISTORY", "LOSS.INT", 3, 0, 1000),
               (std::map<int64_t, float>{{120, 77}, {180, 3}}));
-    EXPECT_TRUE(store->Series("OKHISTORY", "LOSS.INT", 2, 301, 359).empty());
     EXPECT_TRUE(store->Series("VEHISTORY", "LOSS.INT", 2, 0, 1000).empty());
     // Batches of many rows: a whole day at one value a minute.
     std::vector<std::pair<int64_t, float>> day;

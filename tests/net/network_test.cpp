@@ -58,12 +58,9 @@ TEST_F(NetworkSuite, DeterministicAnswersOfDevicesAndArchiverAreTheSimulatedAcce
     const int32_t now = static_cast<int32_t>(vire::NowMilliseconds() / 1000);
     const int32_t from = (now - 7200) / 60 * 60, to = (now - 3600) / 60 * 60;  // whole minutes
     // device, property, format, count, input (a history read's time window), status; no live values, they
-    // change with the time of the call
+    // change with the time of the call. The codes themselves are the simulation's: one of each way suffices.
     const std::tuple<const char*, const char*, int16_t, int32_t, std::vector<int32_t>, vire::Status> cases[] = {
         {"/ORKA/BPMQ1/#0", "ORBIT.X.NAM", vire::kFormatName16, 2000, {}, 0},
-        {"/LYRAS/PSSTEER/#0", "CURRENT.SET.NAM", vire::kFormatName16, 2000, {}, 0},  // continued names
-        {"/ORKA/BCMSRV/#0", "CHARGE.NAM", vire::kFormatName16, 5, {}, 0},             // "#0": no names
-        {"/ORKA/BPMQ1/#0", "NOPE.NAM", vire::kFormatName16, 5, {}, vire::kUnknownProperty},
         {"/ORKA/NOWHERE/#0", "ORBIT.X.NAM", vire::kFormatName16, 5, {}, vire::kLinkError},
         {"/ORKA/BLMSRV/LOSS.RING", "THRESHOLD", vire::kFormatSingle, 96, {}, 0},
         {"/ORKA/BLMSRV/LOSS.RING/", "THRESHOLD[95]", vire::kFormatSingle, 1, {}, 0},  // a trailing "/" is no part
@@ -73,7 +70,6 @@ TEST_F(NetworkSuite, DeterministicAnswersOfDevicesAndArchiverAreTheSimulatedAcce
         {"/ORKA/BPMQ1/ORBIT", "ORBIT.X", 600, 32, {}, vire::kFormatMismatch},
         {"/ORKA/BPMQ1/NOPE", "ORBIT.X", vire::kFormatSingle, 32, {}, vire::kUnknownDevice},
         {"/ORKA/BPMQ1/ORBIT", "NOPE", vire::kFormatSingle, 32, {}, vire::kUnknownProperty},
-        {"/ORKA/NOSUCH/ORBIT", "ORBIT.X", vire::kFormatSingle, 32, {}, vire::kLinkError},
         {"", "ORBIT.X", vire::kFormatSingle, 32, {}, vire::kLinkError},
         {"/VESTA/BLMSRV/LOSS", "LOSS.FAST", vire::kFormatSingle, 24, {}, vire::kNoData},  // its fault: code 36
         {"/ORKA/BPMQ1/ORBIT", "ORBIT.X", vire::kFormatSingle, -1, {}, vire::kOutOfRange},
@@ -85,9 +81,7 @@ TEST_F(NetworkSuite, DeterministicAnswersOfDevicesAndArchiverAreTheSimulatedAcce
         {"/ORKA/BPMHIST/#0", "ORBIT.X.Q3.HIST", vire::kFormatSingle, 32, {from, from, 0}, 0},
         {"/ORKA/BPMHIST/#0", "ORBIT.X.Q3.HIST", vire::kFormatSingle, 8, {from, from, 0}, 0},
         {"/ORKA/BPMHIST/NOPE", "ORBIT.X.Q1.HIST", vire::kFormatFltInt, 10, {from, to}, vire::kUnknownDevice},
-        {"/ORKA/BPMHIST/BPM.S01.C1", "NOPE", vire::kFormatFltInt, 10, {from, to}, vire::kUnknownProperty},
         {"/ORKA/BPMHIST/BPM.S01.C1", "ORBIT.X.Q1.HIST", vire::kFormatFltInt, 10, {from}, vire::kInvalidInput},
-        {"/ORKA/BPMHIST/BPM.S01.C1", "ORBIT.X.Q1.HIST", vire::kFormatSingle, 10, {from, to}, vire::kFormatMismatch},
         {"/ORKA/BPMHIST/#0", "ORBIT.X.Q1.HIST", vire::kFormatSingle, 32, {1000, 1000, 0}, vire::kNoData},  // long ago
     };
     for (const auto& [device, property, format, count, input, status] : cases) {
