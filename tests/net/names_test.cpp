@@ -99,23 +99,24 @@ TEST(NameLookup, AddressesNameTheirServersAndNamesFilesAnswerWhereEtcdDoesNot) {
 TEST(NameLookup, TheEnvironmentChoosesTheNetworkAndWhereItsNamesAre) {
     const std::string config = ::testing::TempDir() + "/env-config-" + std::to_string(getpid());
     std::filesystem::create_directories(config);
-    net::NetworkSettings settings;
-    unsetenv("LUMISCOPE_NAMES_FILE");
-    for (const char* other : {"", "sim", "Network"}) {
-        setenv("LUMISCOPE_TRANSPORT", other, 1);
-        EXPECT_FALSE(net::NetworkSettingsFromEnvironment(config, settings)) << other;
-    }
-    setenv("LUMISCOPE_TRANSPORT", "network", 1);
+    // LUMISCOPE_TRANSPORT, LUMISCOPE_NAMES_FILE, a names file in the configuration, "address | names file"
+    // chosen ("" for no network)
+    const std::string inConfig = config + "/lumiscope-names.txt";
+    const std::tuple<const char*, const char*, bool, std::string> cases[] = {
+        {"", "", false, ""}, {"sim", "", false, ""}, {"Network", "", false, ""},
+        {"network", "", false, "names-host:5900 | "},
+        {"network", "", true, "names-host:5900 | " + inConfig},
+        {"network", "/site/names.txt", true, "names-host:5900 | /site/names.txt"},
+    };
     setenv("LUMISCOPE_NAMES", "names-host:5900", 1);
-    ASSERT_TRUE(net::NetworkSettingsFromEnvironment(config, settings));
-    EXPECT_EQ(settings.namesAddress, "names-host:5900");
-    EXPECT_EQ(settings.namesFile, "");  // the configuration has none
-    std::ofstream(config + "/lumiscope-names.txt") << "* a:1\n";
-    ASSERT_TRUE(net::NetworkSettingsFromEnvironment(config, settings));
-    EXPECT_EQ(settings.namesFile, config + "/lumiscope-names.txt");
-    setenv("LUMISCOPE_NAMES_FILE", "/site/names.txt", 1);
-    ASSERT_TRUE(net::NetworkSettingsFromEnvironment(config, settings));
-    EXPECT_EQ(settings.namesFile, "/site/names.txt");
+    for (const auto& [transport, namesFile, hasFile, chosen] : cases) {
+        setenv("LUMISCOPE_TRANSPORT", transport, 1);
+        setenv("LUMISCOPE_NAMES_FILE", namesFile, 1);
+        if (hasFile) std::ofstream(inConfig) << "* a:1\n";
+        net::NetworkSettings settings;
+        const bool network = net::NetworkSettingsFromEnvironment(config, settings);
+        EXPECT_EQ(network ? settings.namesAddress + " | " + settings.namesFile : "", chosen) << transport << namesFile;
+    }
     for (const char* name : {"LUMISCOPE_TRANSPORT", "LUMISCOPE_NAMES", "LUMISCOPE_NAMES_FILE"}) unsetenv(name);
 }
 

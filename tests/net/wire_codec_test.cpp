@@ -95,8 +95,7 @@ TEST(WireCodec, BuffersOnBothSidesAreBoundedByCountCapacityAndTheReplyLimit) {
         buffers.outObject.count = 99;  // a handler claiming more than there is room for
         net::LinkReply reply;
         net::EncodeReply(0, buffers, reply);
-        EXPECT_EQ(reply.count(), 10);
-        EXPECT_EQ(reply.data().size(), 40u);
+        EXPECT_EQ(std::make_pair(reply.count(), reply.data().size()), std::make_pair(10, size_t{40}));
         net::EncodeReply(vire::kTimeout, buffers, reply);
         EXPECT_EQ(reply.count(), 0);
     }
