@@ -62,7 +62,9 @@ TEST(VireCall, JsonAnswersCarryStatusTextFormatAndValues) {
                   std::make_tuple(c.status, c.status == 0 ? 0 : 1, c.format, qsizetype{c.values})) << run.out;
         EXPECT_EQ(doc["errorText"].toString().toStdString(), vire::ErrorText(static_cast<vire::Status>(c.status)));
         EXPECT_EQ(values[0].toString().toStdString(), c.first) << "numbers and missing values read as \"\"";
-        if (c.args[0] == "--spectrum") EXPECT_GT(doc["stamp"].toInt(), 0) << "a spectrum comes with its stamp";
+        if (c.args[0] == "--spectrum") {
+            EXPECT_GT(doc["stamp"].toInt(), 0) << "a spectrum comes with its stamp";
+        }
         if (c.format == "FLTINT" && values.size() > 1) {  // each value with its time, oldest first
             EXPECT_LT(values[0]["time"].toInt(), values.last()["time"].toInt()) << run.out;
             EXPECT_NE(values[0]["value"].toDouble(), 0.0) << run.out;
