@@ -70,7 +70,8 @@ void SpectrumForm::SwitchExtras(int16_t mode) {
         case 0: FrameProps->setVisible(true); break;
         case 1:
             FrameProps->setVisible(false);
-            s_.Extras.Clear();
+            // The companions are found afresh; the old ones leave no trace or link behind.
+            DropExtraItems();
             if (s_.Items.Count() > 0) SelectAnEXTRAChannel(true);
             break;
         case 2: FrameProps->setVisible(false); break;
@@ -82,32 +83,31 @@ void SpectrumForm::SwitchExtras(int16_t mode) {
 
 void SpectrumForm::PrepareExtraPlot() {
     // Without automatic companions the extra plot starts empty.
+    DropExtraItems();
+    PLEXPlotExtra->Clear();
+    Form_Resize();
+}
+
+void SpectrumForm::DropExtraItems() {
+    // The grid has its columns only once the window has set up its grids.
+    const bool listed = s_.Extras.Count() > 0;
     for (int16_t i = 0; i < s_.Extras.Count(); ++i) {
-        PLEXPlotExtra->DeleteTrace(s_.Extras[i].traceNumber);
-        PLEXPlotExtra->Detach(s_.Extras[i].linkHandle);
+        SelectedItem& extra = s_.Extras[i];
+        extra.hasData = false;
+        PLEXPlotExtra->DeleteTrace(extra.traceNumber);
+        extra.traceNumber = -1;
+        PLEXPlotExtra->Detach(extra.linkHandle);
+        extra.linkHandle = -1;
+        ui::YieldToEventLoop();
     }
     s_.Extras.Clear();
-    PLEXPlotExtra->Clear();
-    ResetItemGrid(1);
-    Form_Resize();
+    if (listed) ResetItemGrid(1);
 }
 
 void SpectrumForm::SelectAnEXTRAChannel(bool rebuild) {
     if (s_.Items.Count() == 0) return;
     catalogue::Catalogue& cat = s_.cat;
-    if (rebuild) {
-        for (int16_t i = 0; i < s_.Extras.Count(); ++i) {
-            SelectedItem& extra = s_.Extras[i];
-            extra.hasData = false;
-            PLEXPlotExtra->DeleteTrace(extra.traceNumber);
-            extra.traceNumber = -1;
-            PLEXPlotExtra->Detach(extra.linkHandle);
-            extra.linkHandle = -1;
-            ui::YieldToEventLoop();
-        }
-        s_.Extras.Clear();
-        ResetItemGrid(1);
-    }
+    if (rebuild) DropExtraItems();
     const int16_t before = s_.Extras.Count();
     for (int16_t i = 0; i < s_.Items.Count(); ++i) {
         const SelectedItem& item = s_.Items[i];

@@ -271,6 +271,8 @@ private:
     void RestoreRawLiveValues();
     // The trend plot `which` (0 selected, 1 extra) fitted to its items.
     void ScaleTrendPlot(int16_t which, int16_t mode);
+    // Every extra item removed with its trace, link and grid row.
+    void DropExtraItems();
     void Form_Load();
     void Form_Unload();
     void Form_Resize();
