@@ -107,6 +107,8 @@ void SpectrumForm::SwitchScaleMenu(int16_t mode) {
     if (mode == 2) {
         FlagGuard initialising(s_.Initialising);
         ChkScale->setChecked(true);
+        ChkAuto[0]->setChecked(LiveScaleMode() != 0);
+        ChkAuto[1]->setChecked(TrendScaleMode() != 0);
     }
     const bool shown = mode != 0;
     for (QWidget* control : std::initializer_list<QWidget*>{TxtSelect[2], TxtSelect[3], ComSelect[3], ComSelect[4],
@@ -128,8 +130,9 @@ void SpectrumForm::SwitchScaling() {
     if (!ChkRelScale->isChecked()) {
         s_.CommonScale = 1;
         LabelSelect[4]->setText("All Curves");
+        // The machine overview keeps each quantity on its own scale: its
+        // quantities have units of their own and never share one.
         PLEXPlotSelected->SetAxisMode(kCommonScaleAxis);
-        PLEXPlotAccelerator->SetAxisMode(kCommonScaleAxis);
         // The common range comes back; each item keeps its own for later.
         if (s_.CommonYMax > s_.CommonYMin) {
             PLEXPlotSelected->SetYMax(s_.CommonYMax);
