@@ -7,6 +7,10 @@
 
 namespace catalogue {
 
+// The program, in the program's own folder, that changes thresholds kept in
+// table files (threshold mode 4) when a row names none (THRTOOL).
+inline constexpr const char* kDefaultThresholdTool = "lumiscope-thresholds";
+
 // One machine (accelerator) of "config_machines.csv".
 struct MachineRecord {
     std::string Reserved;     // no reader fills it
@@ -63,8 +67,8 @@ struct SpectrumRecord {
     int32_t LinkHandle = -1;    // live link on the spectrum plot; -1 = none
     bool Started = false;       // live link set up since the last display reset
     bool UseArchive = false;    // history spectra come from the archiver
-    int16_t ThresholdMode = 0;  // how a threshold is changed (1..4)
-    std::string ThresholdTool;  // external program of threshold mode 4
+    int16_t ThresholdMode = 0;  // how a threshold is changed (1..4; THRMODE)
+    std::string ThresholdTool;  // external program of threshold mode 4 (THRTOOL)
 
     // Upper bound of an array in the table's sense (size - 1).
     static int32_t UpperBound(const std::vector<float>& values) {

@@ -12,7 +12,7 @@ namespace {
 struct SpectrumColumns {
     int context, server, property, size, hstServer, hstProperty, arcServer, arcProperty,
         description, max, min, egu, append, high, low, tag, propLink, propShort, extDevNameDev,
-        extDevNameProp, extraPropComboIndex;
+        extDevNameProp, extraPropComboIndex, thresholdMode, thresholdTool;
 
     explicit SpectrumColumns(const std::string& header)
         : context(FindColumn(header, "CONTEXT")),
@@ -35,7 +35,9 @@ struct SpectrumColumns {
           propShort(FindColumn(header, "PROPSHORT")),
           extDevNameDev(FindColumn(header, "EXTDEVNAMEDEV")),
           extDevNameProp(FindColumn(header, "EXTDEVNAMEPROP")),
-          extraPropComboIndex(FindColumn(header, "EXTRAPROPCOMBOINDEX")) {}
+          extraPropComboIndex(FindColumn(header, "EXTRAPROPCOMBOINDEX")),
+          thresholdMode(FindColumn(header, "THRMODE")),
+          thresholdTool(FindColumn(header, "THRTOOL")) {}
 };
 
 // SIZE of a row: the numeric value rounded; one that no spectrum can hold
@@ -100,6 +102,14 @@ void ReadSpectrumRow(const SpectrumColumns& c, const RowFields& line, SpectrumRe
     // Both write the same field: a LOW value replaces the HIGH value.
     set(c.high, r.ThresholdSource);
     set(c.low, r.ThresholdSource);
+    // How the operator changes a threshold: as THRMODE says, else written
+    // back where a link source reads it, else handed to the threshold tool
+    // (a table file is the tool's to edit, not the viewer's).
+    const std::string mode = c.thresholdMode >= 0 ? line.Get(c.thresholdMode) : "";
+    r.ThresholdMode = !mode.empty() ? RoundToInt16(NumericValue(mode))
+                                    : (IsThresholdLinkSource(r.ThresholdSource) ? int16_t{3} : int16_t{4});
+    const std::string tool = c.thresholdTool >= 0 ? line.Get(c.thresholdTool) : "";
+    r.ThresholdTool = !tool.empty() ? tool : std::string(kDefaultThresholdTool);
     r.HighThresholds.assign(1, 0.0f);
     r.LowThresholds.assign(1, 0.0f);
     r.Append = false;

@@ -68,7 +68,7 @@ void SpectrumForm::BuildMenus() {
 
     liveOpts = bar->addMenu(tr("&Live"));
     liveOpts->setObjectName("liveOpts");
-    const char* autoCaptions[] = {"Auto-scale &once", "Auto-scale &grow", "Auto-scale &continuously"};
+    const char* autoCaptions[] = {"Auto-scale: fit &all", "Auto-scale: keep &zero", "Auto-scale: &ignore outliers"};
     for (int i = 0; i < 3; ++i) LiveAutoScale[i] = AddAction(liveOpts, IndexedName("LiveAutoScale", i), tr(autoCaptions[i]), true);
     LiveAutoScale[2]->setChecked(true);
     liveOpts->addSeparator();

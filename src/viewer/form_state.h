@@ -119,6 +119,14 @@ struct FormState {
     ZoomColumns ZoomYMax{};
     ZoomColumns ZoomYMin{};
     std::array<double, 4> ZoomMarkers{-1, -1, -1, -1};
+
+    // --- judging the spectrum ---
+    int32_t LiveThresholdTrace = -1;      // threshold trace on PLEXPlotSpectrum
+    int32_t SelectedThresholdTrace = -1;  // threshold trace on PLEXPlotSelected
+    bool ScaleModeChanged = false;        // the operator confirmed a change of scaling mode
+    double CommonYMax = 0.0;              // the selected-item plot's common range, kept
+    double CommonYMin = 0.0;              // while each item shows its own
+    std::array<int32_t, 3> TrendCaptions{-1, -1, -1};  // mode caption handles of the trend plots
 };
 
 }  // namespace viewer

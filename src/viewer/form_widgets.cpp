@@ -256,7 +256,7 @@ void SpectrumForm::BuildLayout() {
 
 void SpectrumForm::Form_Resize() {
     // The extra plot takes room only while extra channels are shown.
-    if (auto* extraRow = findChild<QWidget*>("ExtraRow")) extraRow->setVisible(s_.ExtrasMode != 0);
+    if (auto* extraRow = findChild<QWidget*>("ExtraRow")) extraRow->setVisible(s_.ExtrasMode != 0 && s_.Extras.Count() > 0);
     // A grid is as wide as its columns and at most as high as its rows; on a
     // small screen it scrolls rather than pushing the plots off the window.
     for (ui::ValueGrid* grid : {GridSelected, GridExtra, GridAccelerator}) {

@@ -78,6 +78,8 @@ void SpectrumForm::SelectAChannel(int16_t& element, int16_t& sourceChannel, int1
     }
     LoadHistories(0, n, n);
     PlotTheHistoryData();
+    // In the set-point comparison the item brings its companion along.
+    if (s_.ExtrasMode == 1) SelectAnEXTRAChannel(false);
 }
 
 void SpectrumForm::RemoveAllItems() {
@@ -103,7 +105,8 @@ void SpectrumForm::RemoveAllItems() {
         ResetItemGrid(1);
         dropTraces(s_.Extras, PLEXPlotExtra);
     }
-    LabelSelect[4]->setText(QString());
+    // Without items the label says again how the trends are scaled.
+    LabelSelect[4]->setText(s_.CommonScale != 0 ? "All Curves" : "Selected Device");
 }
 
 void SpectrumForm::RemoveSelectedItem() {

@@ -120,7 +120,7 @@ void SpectrumForm::PLEXPlotSpectrum_DataReceive(int32_t /*link*/, int16_t error)
     s_.SpectrumModeText = mode.empty() ? -1 : plot->DrawText((xmax - xmin) * 0.05 + xmin, (ymax - ymin) * 0.85 + ymin, mode);
     plot->SetForeColour(remembered);
     // Continuous auto-scale follows every frame.
-    if (LiveAutoScaleChecked()) plot->AutoScale(0, 0, 1, 1);
+    if (LiveAutoScaleChecked()) AutoScaling(5, LiveScaleMode());
 }
 
 bool SpectrumForm::LiveAutoScaleChecked() const {

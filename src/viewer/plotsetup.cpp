@@ -106,6 +106,11 @@ void SpectrumForm::DrawMarkers() {
     ui::PlexPlot* trends[] = {PLEXPlotSelected, PLEXPlotExtra, PLEXPlotAccelerator};
     for (ui::PlexPlot* plot : trends) {
         plot->RemoveAllMarks();
+        // The captions of the marks drawn before go with them.
+        std::vector<int32_t> captions;
+        for (const auto& [handle, text] : plot->Model().texts)
+            if (text.text.rfind("Marker:  ", 0) == 0) captions.push_back(handle);
+        for (const int32_t handle : captions) plot->RemoveText(handle);
         std::vector<double> times;
         if (s_.ReferenceTrace >= 0) times.push_back(s_.ReferenceTime);
         for (double marker : s_.ZoomMarkers)

@@ -216,6 +216,7 @@ void SpectrumForm::ShowChannelFrame(int16_t channel) {
     // Vertical range: 120 % in percent mode, else the catalogue's.
     if (s_.PercentMode) {
         plot->SetYMax(120);
+        plot->SetYMin(0);
     } else {
         for (int twice = 0; twice < 2; ++twice) {
             plot->SetYMax(record.Max);
@@ -229,7 +230,7 @@ void SpectrumForm::ShowChannelFrame(int16_t channel) {
         TxtSelect[1]->setText(QString::fromStdString(LimitText(plot->YMin())));
     }
     // Axis titles, colour and the caption naming the machine and channel.
-    plot->SetYLabel(record.Egu);
+    plot->SetYLabel(s_.PercentMode ? std::string("% of Threshold") : record.Egu);
     plot->SetXLabel("Device Name/Location");
     plot->SetForeColour(0x000000);
     plot->SetCaption(TraceCaptionPrefix() + record.Description);

@@ -51,6 +51,7 @@ SpectrumForm::SpectrumForm(std::string commandLine, std::string applicationPath,
     BuildMenus();
     BuildLayout();
     ConnectEvents();
+    ConnectJudgeEvents();
     resize(1280, 800);
     OpenForms().push_back(this);
 }

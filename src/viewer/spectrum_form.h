@@ -227,6 +227,34 @@ public:
     // The program's text for the device under the mouse on the spectrum.
     std::string DeviceUnderCursor(double x) const;
 
+    // --- judging the spectrum: thresholds, reference and peak hold, scaling,
+    // set-point comparison (thresholds.cpp, reference.cpp, scaling.cpp,
+    // extras.cpp, judge_events.cpp) ---
+    void liveShowThreshold_Click();
+    void histShowThreshold_Click();
+    void dispPercent_Click();
+    void modThreshold_Click();
+    void ModifySelectedItemThreshold();
+    void LivePeakHold_Click();
+    void refMark_Click();
+    void refDisplay_Click();
+    void RefreshSpectrumModeCaption();
+    // which: 0 selected items, 1 extra channels, 2 machine overview.
+    void RefreshTrendModeCaption(int16_t which);
+    void LiveAutoScale_Click(int16_t index);
+    void HistAutoScale_Click(int16_t index);
+    void MachAutoScale_Click();
+    void ChkAuto_Click(int16_t index);
+    void ChkScale_Click();
+    void ChkRelScale_Click();
+    void SwitchScaling();
+    void SelectAnEXTRAChannel(bool rebuild);
+    void GridExtra_Click(int32_t row);
+    // The checked entry of the live auto-scale menu as a scaling mode (1..3), 0 for none.
+    int16_t LiveScaleMode() const;
+    // The same for the trend plots' auto-scale menu.
+    int16_t TrendScaleMode() const;
+
 protected:
     void showEvent(QShowEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
@@ -237,6 +265,14 @@ private:
     void BuildLayout();
     QGroupBox* RangeBox(const QString& title, const char* name, int first, QGridLayout*& layout);
     void ConnectEvents();
+    void ConnectJudgeEvents();
+    // Live values from the parts' last readings, as received (peak hold and
+    // percent undone).
+    void RestoreRawLiveValues();
+    // The trend plot `which` (0 selected, 1 extra) fitted to its items.
+    void ScaleTrendPlot(int16_t which, int16_t mode);
+    // Every extra item removed with its trace, link and grid row.
+    void DropExtraItems();
     void Form_Load();
     void Form_Unload();
     void Form_Resize();

@@ -188,6 +188,7 @@ void SpectrumForm::DrawTrends(int16_t grid) {
         item.traceNumber = plot->CreateTraceXY(static_cast<int32_t>(xs.size()), xs, values, grid == 2 ? 1 : 2);
         plot->SetTraceName(item.traceNumber, grid == 2 ? item.channelName : ItemRowCaption(item));
         if (grid == 2) plot->SetTraceRange(item.traceNumber, item.historyLower, item.historyUpper);
+        else if (s_.CommonScale == 0) plot->SetTraceRange(item.traceNumber, item.historyLower, item.historyUpper);
     }
     plot->SetForeColour(remembered);
     plot->SetXRange(s_.HistoryStart, s_.HistoryStop);
@@ -287,7 +288,7 @@ void SpectrumForm::Plot_DataReceive(int16_t which, int32_t /*link*/, int16_t err
         plot->SetForeColour(remembered);
         if (autoScale) {
             if (which == 2) AutoScaleOwnRanges(which);
-            else plot->AutoScale(0, 0, 1, 1);
+            else ScaleTrendPlot(which, TrendScaleMode());
         }
     });
 }
