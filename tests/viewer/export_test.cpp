@@ -13,6 +13,7 @@
 #include "ui/controls/save_file_chooser.h"
 #include "ui/plot/plex_plot.h"
 #include "viewer/csv_text.h"
+#include "viewer/shown_values.h"
 
 namespace {
 
@@ -107,7 +108,7 @@ TEST(Export, TheTrendFileHoldsTimesValuesAndTheirSources) {
         EXPECT_EQ(std::stof(row[3]), values[static_cast<size_t>(at - xs.begin())]);
         EXPECT_EQ(row[1], viewer::LocalTimeText(x));
         (row[4] == "live" ? live : recorded) += 1;
-        if (row[4] != "live") EXPECT_TRUE(row[4] == "local history" || row[4] == "archive") << row[4];
+        EXPECT_TRUE(row[4] == "live" || row[4] == "local history" || row[4] == "archive") << row[4];
     }
     EXPECT_EQ(live, 5u) << "the first reading and one per second";
     EXPECT_GT(recorded, 0u);

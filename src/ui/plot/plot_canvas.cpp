@@ -273,10 +273,11 @@ void PlotCanvas::RenderFrame() {
     if (xAxisDirty_ || axisRect()->rect() != xAxisArea_ || xAxisPicture_.size() != frame_.size()) RenderXAxis();
     // Blended only where the axis lies: its ticks reach into the plot area,
     // its labels and title fill the rest below.
-    const QRect band(0, xAxisArea_.bottom() - 1 - std::max(xAxis->tickLengthIn(), xAxis->subTickLengthIn()), width(),
-                     height());
-    painter.drawPixmap(band, xAxisPicture_, QRectF(band.topLeft() * frame_.devicePixelRatio(),
-                                                   band.size() * frame_.devicePixelRatio()));
+    const int top = std::max(0, xAxisArea_.bottom() - 1 - std::max(xAxis->tickLengthIn(), xAxis->subTickLengthIn()));
+    const QRect band(0, top, width(), height() - top);
+    painter.setClipping(false);  // the frame's drawing leaves its last clip set
+    painter.drawPixmap(band.topLeft(), xAxisPicture_,
+                       QRectF(QPointF(band.topLeft()) * ratio, QSizeF(band.size()) * ratio));
     DrawLegend(painter);
     frameDirty_ = false;
     ++frameRenders_;
