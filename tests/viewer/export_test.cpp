@@ -4,7 +4,6 @@
 
 #include <QComboBox>
 #include <QDir>
-#include <QFile>
 #include <QTemporaryDir>
 #include <fstream>
 #include <sstream>
@@ -19,38 +18,32 @@ namespace {
 
 using Rows = std::vector<std::vector<std::string>>;
 
-// The file's rows below the column names (no field of these files is quoted).
-Rows ReadRows(const std::string& path, std::vector<std::string>* header = nullptr) {
-    std::ifstream in(path);
-    Rows rows;
-    for (std::string line; std::getline(in, line);) {
-        if (line.rfind("# ", 0) == 0) {
-            if (header) header->push_back(line.substr(2));
-            continue;
-        }
-        std::vector<std::string> fields;
-        std::stringstream split(line);
-        for (std::string field; std::getline(split, field, ',');) fields.push_back(field);
-        if (line.back() == ',') fields.emplace_back();
-        rows.push_back(fields);
-    }
-    if (!rows.empty()) rows.erase(rows.begin());
-    return rows;
-}
-
+// Exports a plot of a window on the simulated accelerator and reads the
+// file back: "# " lines into `header`, the rows below the column names
+// (no field of these files needs quoting) into the result.
 struct ExportWindow {
     ExportWindow() {
         f.Load();
         f.Advance(3000);
     }
-    std::string Export(int16_t plot, const std::string& name) {
-        const std::string path = dir.filePath(QString::fromStdString(name)).toStdString();
+    Rows Export(int16_t plot) {
+        const std::string path = dir.filePath("export.csv").toStdString();
         ui::ScopedSaveFileChooser chooser([&](const ui::SaveFileRequest&) { return path; });
         f.form->ExportCsv_Click(plot);
-        return path;
+        std::ifstream in(path);
+        Rows rows;
+        for (std::string line; std::getline(in, line);) {
+            if (line.rfind("# ", 0) == 0) header.push_back(line.substr(2));
+            if (line.rfind("# ", 0) == 0) continue;
+            std::stringstream split(line + ",");
+            rows.emplace_back();
+            for (std::string field; std::getline(split, field, ',');) rows.back().push_back(field);
+        }
+        return Rows(rows.begin() + (rows.empty() ? 0 : 1), rows.end());
     }
     viewer_test::FormFixture f;
     QTemporaryDir dir;
+    std::vector<std::string> header;
 };
 
 TEST(Export, LabelsWithCommasQuotesAndBreaksAreQuoted) {
@@ -66,26 +59,22 @@ TEST(Export, LabelsWithCommasQuotesAndBreaksAreQuoted) {
 TEST(Export, TheSpectrumFileHoldsTheZoomedRelativeValuesAsDrawn) {
     ExportWindow w;
     ui::PlexPlot* plot = w.f.form->PLEXPlotSpectrum;
-    const ui::PlotModel& model = plot->Model();
     const int32_t trace = w.f.State().cat.SpectrumTrace;
-    const std::vector<float> reference(20, 0.5f);
-    plot->SetReferenceData(trace, reference, 20);
+    plot->SetReferenceData(trace, std::vector<float>(20, 0.5f), 20);
     plot->SetRelativeDisplay(true, trace);
     plot->SetXRange(3.5, 30);  // elements 4 to 30; the reference covers 4 to 19
-    std::vector<std::string> header;
-    const Rows rows = ReadRows(w.Export(0, "spectrum.csv"), &header);
+    const Rows rows = w.Export(0);
     ASSERT_EQ(rows.size(), 27u);
-    const ui::Trace& drawn = *model.traces.Find(trace);
+    EXPECT_EQ(rows.front()[0], "4");
+    const ui::Trace& drawn = *plot->Model().traces.Find(trace);
     for (const auto& row : rows) {
         const size_t e = std::stoul(row.at(0));
         ASSERT_EQ(row.size(), 3u);
         EXPECT_EQ(row[1], w.f.State().LiveLabels[static_cast<int32_t>(e)]);
         EXPECT_EQ(std::stof(row[2]), drawn.values.at(e) - (e < 20 ? 0.5f : 0.0f)) << e;
     }
-    EXPECT_EQ(rows.front()[0], "4");
-    EXPECT_EQ(header.at(1), "Machine: ORKA");
-    EXPECT_EQ(header.at(5), "Modes: percent off, reference off, peak hold off, autoscale on, zoom off");
-    EXPECT_TRUE(w.f.dialogs.Records().empty());
+    EXPECT_EQ(w.header.at(1), "Machine: ORKA");
+    EXPECT_EQ(w.header.at(5), "Modes: percent off, reference off, peak hold off, autoscale on, zoom off");
 }
 
 TEST(Export, TheTrendFileHoldsTimesValuesAndTheirSources) {
@@ -93,31 +82,26 @@ TEST(Export, TheTrendFileHoldsTimesValuesAndTheirSources) {
     w.f.form->ComboDevs->setCurrentIndex(2);
     w.f.form->ComSelDevice_Click();
     w.f.Advance(4000);
-    const viewer::SelectedItem& item = w.f.State().Items[0];
     std::vector<float> values;
     std::vector<double> xs;
-    w.f.form->PLEXPlotSelected->ReadTracePoints(item.traceNumber, values, xs);
-    const Rows rows = ReadRows(w.Export(1, "trend.csv"));
-    ASSERT_FALSE(rows.empty());
-    size_t live = 0, recorded = 0;
-    for (const auto& row : rows) {
+    w.f.form->PLEXPlotSelected->ReadTracePoints(w.f.State().Items[0].traceNumber, values, xs);
+    std::map<std::string, int> sources;
+    for (const auto& row : w.Export(1)) {
         ASSERT_EQ(row.size(), 5u);
-        const double x = std::stod(row[2]);
-        const auto at = std::find(xs.begin(), xs.end(), x);
+        const auto at = std::find(xs.begin(), xs.end(), std::stod(row[2]));
         ASSERT_NE(at, xs.end()) << row[2];
         EXPECT_EQ(std::stof(row[3]), values[static_cast<size_t>(at - xs.begin())]);
-        EXPECT_EQ(row[1], viewer::LocalTimeText(x));
-        (row[4] == "live" ? live : recorded) += 1;
-        EXPECT_TRUE(row[4] == "live" || row[4] == "local history" || row[4] == "archive") << row[4];
+        EXPECT_EQ(row[1], viewer::LocalTimeText(*at));
+        ++sources[row[4]];
     }
-    EXPECT_EQ(live, 5u) << "the first reading and one per second";
-    EXPECT_GT(recorded, 0u);
+    EXPECT_EQ(sources.count(""), 0u) << "no value without its source";
+    EXPECT_EQ(sources["live"], 5) << "the first reading and one per second";
+    EXPECT_GT(sources["local history"] + sources["archive"], 0);
 }
 
 TEST(Export, AnUnwritableDirectoryIsToldAndLeavesNoFile) {
     ExportWindow w;
-    // A plain file where the directory should be: refused even to root.
-    std::ofstream(w.dir.filePath("plain").toStdString()) << "kept";
+    std::ofstream(w.dir.filePath("plain").toStdString()) << "kept";  // a file is no directory, even for root
     const std::string path = w.dir.filePath("plain/spectrum.csv").toStdString();
     ui::ScopedSaveFileChooser chooser([&](const ui::SaveFileRequest&) { return path; });
     w.f.form->ExportCsv_Click(0);

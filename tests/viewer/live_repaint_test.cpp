@@ -34,13 +34,9 @@ TEST(LiveRepaint, AReadingRepaintsTheSpectrumAloneAndKeepsItsFrame) {
     f.Advance(2000);
     qApp->removeEventFilter(&counter);
     EXPECT_EQ(counter.painted[canvas], 2) << "one repaint per reading";
-    counter.painted.erase(canvas);
-    for (const auto& [widget, count] : counter.painted)
-        ADD_FAILURE() << widget->metaObject()->className() << " " << widget->objectName().toStdString()
-                      << " repainted " << count << " times";
+    EXPECT_EQ(counter.painted.size(), 1u) << "no other widget repainted";
     EXPECT_EQ(canvas->FrameRenders(), frames) << "same caption, same limits: the frame is kept";
     EXPECT_EQ(canvas->XAxisRenders(), xAxes);
-    EXPECT_EQ(f.State().LivePointCount, 400);
 }
 
 }  // namespace

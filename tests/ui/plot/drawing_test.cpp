@@ -101,32 +101,23 @@ TEST_F(DrawingTest, TheAxesFrameIsDrawnAgainOnlyWhenItChanged) {
 TEST_F(DrawingTest, OnlyWhatChangedIsDrawnAgainAndTheXAxisStaysInThePicture) {
     const int32_t trace = Flat(50, kGreen);
     plot.SetCaption("Orbit");
-    plot.SetXLabel("Device Name/Location");
     const ui::PlotCanvas& canvas = *plot.Canvas();
-    // Ink below the plot area: the x axis's line, ticks and numbers.
-    const auto axisInk = [&] {
+    const auto axisInk = [&] {  // the x axis's line, ticks and numbers below the plot area
         const QImage image = plot.Canvas()->grab().toImage();
-        const QRect area = canvas.PlotArea();
         int ink = 0;
-        for (int y = area.bottom() + 1; y < std::min(image.height(), area.bottom() + 30); ++y)
-            for (int x = area.left(); x <= area.right(); ++x) ink += image.pixelColor(x, y) != Qt::white;
+        for (int y = canvas.PlotArea().bottom() + 1; y < image.height(); ++y)
+            for (int x = canvas.PlotArea().left(); x <= canvas.PlotArea().right(); ++x)
+                ink += image.pixelColor(x, y) != Qt::white;
         return ink;
     };
     const int ink = axisInk();
-    ASSERT_GT(ink, 0);
-    const struct {
-        const char* change;
-        std::function<void()> make;
-        int frames, xAxes;
-    } cases[] = {
+    const struct { const char* change; std::function<void()> make; int frames, xAxes; } cases[] = {
         {"the same caption", [&] { plot.SetCaption("Orbit"); }, 0, 0},
-        {"the same axis title", [&] { plot.SetXLabel("Device Name/Location"); }, 0, 0},
         {"the same limits", [&] { plot_test::SetLimits(plot, 0, 9, 0, 100); }, 0, 0},
         {"new values", [&] { plot.UpdateTrace(trace, std::vector<float>(10, 70.0f), 10); }, 0, 0},
         {"a new y range", [&] { plot.SetYMax(120); }, 1, 0},
         {"a new x range", [&] { plot.SetXRange(0, 19); }, 1, 1},
         {"a new caption", [&] { plot.SetCaption("Orbit vertical"); }, 1, 1},
-        {"a new axis title", [&] { plot.SetXLabel("Element"); }, 1, 1},
     };
     for (const auto& c : cases) {
         const int frames = canvas.FrameRenders(), xAxes = canvas.XAxisRenders();
