@@ -7,6 +7,10 @@
 //   live-handler-8000  the spectrum data handler for an 8000-point device of
 //                      four appended parts, without repainting;
 //   live-frame-8000    the same handler plus one repaint of the window;
+//   plot-frame-8000    the plot component alone drawing an 8000-point frame
+//                      (as the plots group measures it: 1200x600, all values
+//                      new), so that "ratio live-frame-vs-plot-frame" sets
+//                      the window's live frame against it in one run;
 //   peak-rss           peak resident memory of the viewer showing that device;
 //   cpu-1hz, cpu-10hz  CPU use (% of one core) of the viewer showing that
 //                      device polled every 1000 ms and every 100 ms, measured
@@ -19,6 +23,7 @@
 #include <algorithm>
 #include <benchmark/benchmark.h>
 #include <chrono>
+#include <cmath>
 #include <cstdio>
 #include <map>
 #include <string>
@@ -124,6 +129,40 @@ void LiveHandler(benchmark::State& state, bool repaint) {
     state.counters["value"] = Median(times);
 }
 
+// The plot component alone: an 8000-point spectrum, every value new each frame.
+void PlotFrame(benchmark::State& state) {
+    constexpr int kPoints = 8000;
+    ui::PlexPlot plot;
+    PaintCounter painted;
+    plot.resize(1200, 600);
+    plot.show();
+    QCoreApplication::processEvents();
+    plot.Canvas()->installEventFilter(&painted);
+    plot.SetXRange(-0.2, kPoints - 1 + 0.2);
+    plot.SetYMin(0);
+    plot.SetYMax(100);
+    std::vector<std::vector<float>> data(8, std::vector<float>(kPoints));
+    for (size_t f = 0; f < data.size(); ++f)
+        for (int i = 0; i < kPoints; ++i)
+            data[f][static_cast<size_t>(i)] =
+                static_cast<float>(50.0 + 40.0 * std::sin(i * 0.013 + f * 0.2) + 5.0 * std::sin(i * 0.37 + f));
+    const int32_t trace = plot.CreateTrace(kPoints, data[0]);
+    const auto frame = [&](size_t f) {
+        const int before = painted.count;
+        plot.UpdateTrace(trace, data[f % data.size()], kPoints);
+        for (int i = 0; i < 1000 && painted.count == before; ++i) QCoreApplication::processEvents();
+    };
+    for (size_t f = 0; f < 5; ++f) frame(f);  // first layout, label cache
+    std::vector<double> times;
+    size_t f = 5;
+    for (auto _ : state) {
+        const auto start = Clock::now();
+        frame(f++);
+        times.push_back(MillisecondsSince(start) * 1000.0);
+    }
+    state.counters["value"] = Median(times);
+}
+
 // The viewer on the wide device at a polling interval, watched for a while.
 void Soak(benchmark::State& state, int pollMs, int watchSeconds, bool reportMemory) {
     viewer_bench::WideConfig config;
@@ -179,9 +218,17 @@ public:
         ConsoleReporter::Finalize();
         const std::map<std::string, const char*> units = {
             {"startup", "ms"}, {"first-spectrum", "ms"}, {"live-handler-8000", "us"}, {"live-frame-8000", "us"},
+            {"plot-frame-8000", "us"},
             {"peak-rss", "MB"}, {"cpu-1hz", "%"}, {"cpu-10hz", "%"}};
         for (const auto& [name, value] : figures_)
             std::printf("figure %s %.2f %s\n", name.c_str(), value, units.at(name));
+        std::map<std::string, double> values(figures_.begin(), figures_.end());
+        const double live = values.count("live-frame-8000") ? values["live-frame-8000"] : 0.0;
+        const double plot = values.count("plot-frame-8000") ? values["plot-frame-8000"] : 0.0;
+        if (live > 0.0 && plot > 0.0)
+            std::printf("ratio live-frame-vs-plot-frame %.2f\n", live / plot);
+        else
+            std::printf("ratio live-frame-vs-plot-frame nan\n");
         std::fflush(stdout);
     }
 
@@ -204,6 +251,7 @@ int main(int argc, char** argv) {
         ->Iterations(1);
     benchmark::RegisterBenchmark("measure:live-handler-8000", LiveHandler, false)->Iterations(500);
     benchmark::RegisterBenchmark("measure:live-frame-8000", LiveHandler, true)->Iterations(100);
+    benchmark::RegisterBenchmark("measure:plot-frame-8000", PlotFrame)->Iterations(200);
     benchmark::RegisterBenchmark("measure:peak-rss", Soak, 1000, soakSeconds, true)->Iterations(1);
     benchmark::RegisterBenchmark("measure:cpu-10hz", Soak, 100, kFastPollSeconds, false)->Iterations(1);
     return lumiscope_bench::RunGroup<ViewerReporter>(argc, argv);

@@ -117,6 +117,7 @@ void SpectrumForm::BuildMenus() {
     for (QAction* action : {LivePeakHold, refMark, refDisplay, liveShowThreshold, dispPercent, histShowThreshold,
                             modThreshold, selectedItemDelete, allItemsDelete, MachAutoScale})
         action->setProperty("accessibleName", action->text().remove('&'));
+    BuildExportEntries();
 }
 
 }  // namespace viewer

@@ -42,6 +42,7 @@ class QLineEdit;
 class QMenu;
 class QPushButton;
 class QRadioButton;
+class QSaveFile;
 class QSpinBox;
 class QSplitter;
 
@@ -227,6 +228,7 @@ public:
     // The program's text for the device under the mouse on the spectrum.
     std::string DeviceUnderCursor(double x) const;
 
+<<<<<<< HEAD
     // --- judging the spectrum: thresholds, reference and peak hold, scaling,
     // set-point comparison (thresholds.cpp, reference.cpp, scaling.cpp,
     // extras.cpp, judge_events.cpp) ---
@@ -254,6 +256,19 @@ public:
     int16_t LiveScaleMode() const;
     // The same for the trend plots' auto-scale menu.
     int16_t TrendScaleMode() const;
+=======
+    // --- export of what is shown (export_shown.cpp) ---
+    // Pop-up menu entries of the spectrum's, the items' and the overview's
+    // menus (indices 0, 1, 2).
+    std::array<QAction*, 3> ExportCsv{};
+    std::array<QAction*, 3> ExportPng{};
+    std::array<QAction*, 3> ExportWindowPng{};
+    // plot: 0 spectrum, 1 selected items, 2 extra channels, 3 machine
+    // overview; kExportWindow (PNG only) the whole window.
+    static constexpr int16_t kExportWindow = -1;
+    void ExportCsv_Click(int16_t plot);
+    void ExportPng_Click(int16_t plot);
+>>>>>>> show
 
 protected:
     void showEvent(QShowEvent* event) override;
@@ -311,6 +326,18 @@ private:
     // The notice on the spectrum plot: parts not opened or failing, a
     // spectrum too long to draw.
     std::string MissingNotice(const std::string& failingParts) const;
+
+    // --- export of what is shown (export_shown.cpp) ---
+    void BuildExportEntries();
+    ui::PlexPlot* ExportedPlot(int16_t plot) const;
+    std::vector<std::string> ExportHeader(int16_t plot) const;
+    std::string ValueSourceAt(int16_t plot, int32_t trace, double x);
+    // The path the user chose ("" when cancelled).
+    std::string AskExportPath(int16_t plot, const char* suffix, const char* filter);
+    // False (after telling the user) when the file could not be written.
+    bool WriteExport(const std::string& path, const std::function<bool(QSaveFile&)>& write);
+    int16_t exportOverviewPlot_ = 2;  // the plot the shared menu was last popped up from
+    QString exportDirectory_;         // where the last export went
 
     FormState s_;
     std::string commandLine_;

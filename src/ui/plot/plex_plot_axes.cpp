@@ -43,14 +43,18 @@ void PlexPlot::SetXRange(double start, double end) {
 }
 
 void PlexPlot::SetXLabel(const std::string& label) {
-    canvas_->xAxis->setLabel(QString::fromStdString(label));
+    const QString text = QString::fromStdString(label);
+    if (text == canvas_->xAxis->label()) return;
+    canvas_->xAxis->setLabel(text);
     canvas_->InvalidateFrame();
 }
 
 std::string PlexPlot::XLabel() const { return canvas_->xAxis->label().toStdString(); }
 
 void PlexPlot::SetYLabel(const std::string& label) {
-    canvas_->yAxis->setLabel(QString::fromStdString(label));
+    const QString text = QString::fromStdString(label);
+    if (text == canvas_->yAxis->label()) return;
+    canvas_->yAxis->setLabel(text);
     canvas_->InvalidateFrame();
 }
 

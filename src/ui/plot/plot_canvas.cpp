@@ -54,12 +54,23 @@ PlotCanvas::PlotCanvas(const PlotModel& model, QWidget* parent) : QCustomPlot(pa
     textRow_->setMaximumSize(QWIDGETSIZE_MAX, band);
     plotLayout()->insertRow(0);
     plotLayout()->addElement(0, 0, textRow_);
+    // The element axis (up to hundreds of upright labels) is the dearest
+    // part of the frame, and a spectrum under continuous auto-scale moves
+    // only y at every reading: the x axis gets a layer of its own, kept as
+    // a picture of its own until x, its labels or the plot area change.
+    addLayer("xaxis", layer("axes"), QCustomPlot::limAbove);
+    xAxisLayer_ = layer("xaxis");
+    xAxis->setLayer(xAxisLayer_);
+    // The frame is filled white before drawing; the x axis picture must
+    // stay clear around its ticks and labels.
+    setBackground(Qt::NoBrush);
     ApplyLimits();
 }
 
 PlotCanvas::~PlotCanvas() = default;
 
 void PlotCanvas::InvalidateFrame() {
+    xAxisDirty_ = true;
     frameDirty_ = true;
     update();
 }
@@ -68,9 +79,15 @@ void PlotCanvas::ApplyLimits() {
     const AxisLimits& l = model_.limits;
     QCPRange x = Normalised(l.xMin, l.xMax);
     if (timeAxis_) x.upper += x.size() * kTimeAxisMargin;
+    const QCPRange y = Normalised(l.yMin, l.yMax);
+    // A trend restates its window at every reading, though it moves only
+    // once a second: the same range keeps the frame.
+    if (x == xAxis->range() && y == yAxis->range()) return;
+    if (x != xAxis->range()) xAxisDirty_ = true;
     xAxis->setRange(x);
-    yAxis->setRange(Normalised(l.yMin, l.yMax));
-    InvalidateFrame();
+    yAxis->setRange(y);
+    frameDirty_ = true;
+    update();
 }
 
 void PlotCanvas::SetElementLabels(QVector<QString> labels, std::vector<int64_t> anchors) {
@@ -93,6 +110,7 @@ void PlotCanvas::SetTimeAxis(bool on) {
         SetElementLabels(elementTicker_->Labels(), elementTicker_->Anchors());
     }
     ApplyLimits();
+    InvalidateFrame();
 }
 
 void PlotCanvas::SetLegend(QVector<LegendEntry> entries) {
@@ -140,6 +158,9 @@ void PlotCanvas::DrawLegend(QPainter& painter) {
 }
 
 void PlotCanvas::SetCaption(const QString& caption) {
+    // Callers restate the caption at every reading; only a new text is
+    // worth a new layout and frame.
+    if (caption == Caption()) return;
     if (caption.isEmpty()) {
         if (caption_) {
             plotLayout()->remove(caption_);
@@ -245,10 +266,46 @@ void PlotCanvas::RenderFrame() {
     // this size knows.
     if (layoutStale_) LayOut();
     QCPPainter painter(&frame_);
+    xAxisLayer_->setVisible(false);
     draw(&painter);
+    xAxisLayer_->setVisible(true);
+    // A y range of other width moves the plot area, and the x axis with it.
+    if (xAxisDirty_ || axisRect()->rect() != xAxisArea_ || xAxisPicture_.size() != frame_.size()) RenderXAxis();
+    // Blended only where the axis lies: its ticks reach into the plot area,
+    // its labels and title fill the rest below.
+    const int top = std::max(0, xAxisArea_.bottom() - 1 - std::max(xAxis->tickLengthIn(), xAxis->subTickLengthIn()));
+    const QRect band(0, top, width(), height() - top);
+    painter.setClipping(false);  // the frame's drawing leaves its last clip set
+    painter.drawPixmap(band.topLeft(), xAxisPicture_,
+                       QRectF(QPointF(band.topLeft()) * ratio, QSizeF(band.size()) * ratio));
     DrawLegend(painter);
     frameDirty_ = false;
     ++frameRenders_;
+}
+
+void PlotCanvas::RenderXAxis() {
+    xAxisPicture_ = QPixmap(frame_.size());
+    xAxisPicture_.setDevicePixelRatio(frame_.devicePixelRatio());
+    xAxisPicture_.fill(Qt::transparent);
+    // The layers of the axis's parents stay: a layerable is drawn only
+    // while its parents are visible.
+    std::vector<QCPLayer*> kept{xAxisLayer_};
+    for (QCPLayerable* parent = xAxis->parentLayerable(); parent; parent = parent->parentLayerable())
+        kept.push_back(parent->layer());
+    std::vector<QCPLayer*> hidden;
+    for (int i = 0; i < layerCount(); ++i)
+        if (QCPLayer* other = layer(i); std::find(kept.begin(), kept.end(), other) == kept.end() && other->visible()) {
+            other->setVisible(false);
+            hidden.push_back(other);
+        }
+    {
+        QCPPainter painter(&xAxisPicture_);
+        draw(&painter);
+    }
+    for (QCPLayer* other : hidden) other->setVisible(true);
+    xAxisArea_ = axisRect()->rect();
+    xAxisDirty_ = false;
+    ++xAxisRenders_;
 }
 
 void PlotCanvas::paintEvent(QPaintEvent*) {

@@ -5,6 +5,8 @@
 // The frame is kept as an opaque pixmap and drawn again only when something
 // in it changed (limits, labels, size), so a new spectrum costs one copy of
 // the frame plus the thinned traces, and a cursor move costs no layout at all.
+// Within the frame the x axis is kept as a picture of its own, so that a
+// new y range does not draw the element labels again.
 #pragma once
 
 #include <QPixmap>
@@ -67,6 +69,8 @@ public:
     // How often the frame has been drawn: a cursor move or a new spectrum
     // must not redraw it.
     int FrameRenders() const { return frameRenders_; }
+    // How often the x axis has been drawn: a y range alone must not redraw it.
+    int XAxisRenders() const { return xAxisRenders_; }
 
 signals:
     void ZoomDragged(double x0, double x1, double y0, double y1);
@@ -88,6 +92,7 @@ protected:
 
 private:
     void RenderFrame();
+    void RenderXAxis();
     void DrawLegend(QPainter& painter);
     PixelMapping Mapping(const Trace& trace, const QRect& area) const;
     void DrawTraces(QPainter& painter, const QRect& area);
@@ -103,6 +108,11 @@ private:
     bool frameDirty_ = true;
     bool layoutStale_ = true;
     int frameRenders_ = 0;
+    QCPLayer* xAxisLayer_ = nullptr;
+    QPixmap xAxisPicture_;      // the x axis alone, on a clear ground
+    QRect xAxisArea_;           // the plot area it was drawn for
+    bool xAxisDirty_ = true;
+    int xAxisRenders_ = 0;
     QSharedPointer<QCPAxisTicker> numberTicker_;
     QSharedPointer<ElementTicker> elementTicker_;
     QSharedPointer<QCPAxisTickerDateTime> timeTicker_;

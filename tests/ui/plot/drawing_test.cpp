@@ -4,6 +4,7 @@
 
 #include <QImage>
 #include <cmath>
+#include <functional>
 #include <limits>
 #include <map>
 #include <vector>
@@ -95,6 +96,36 @@ TEST_F(DrawingTest, TheAxesFrameIsDrawnAgainOnlyWhenItChanged) {
     EXPECT_EQ(renders(), 1);
     plot.AutoScale(0, 0, 1, 1);  // same data, same limits
     EXPECT_EQ(renders(), 1);
+}
+
+TEST_F(DrawingTest, OnlyWhatChangedIsDrawnAgainAndTheXAxisStaysInThePicture) {
+    const int32_t trace = Flat(50, kGreen);
+    plot.SetCaption("Orbit");
+    const ui::PlotCanvas& canvas = *plot.Canvas();
+    const auto axisInk = [&] {  // the x axis's line, ticks and numbers below the plot area
+        const QImage image = plot.Canvas()->grab().toImage();
+        int ink = 0;
+        for (int y = canvas.PlotArea().bottom() + 1; y < image.height(); ++y)
+            for (int x = canvas.PlotArea().left(); x <= canvas.PlotArea().right(); ++x)
+                ink += image.pixelColor(x, y) != Qt::white;
+        return ink;
+    };
+    const int ink = axisInk();
+    const struct { const char* change; std::function<void()> make; int frames, xAxes; } cases[] = {
+        {"the same caption", [&] { plot.SetCaption("Orbit"); }, 0, 0},
+        {"the same limits", [&] { plot_test::SetLimits(plot, 0, 9, 0, 100); }, 0, 0},
+        {"new values", [&] { plot.UpdateTrace(trace, std::vector<float>(10, 70.0f), 10); }, 0, 0},
+        {"a new y range", [&] { plot.SetYMax(120); }, 1, 0},
+        {"a new x range", [&] { plot.SetXRange(0, 19); }, 1, 1},
+        {"a new caption", [&] { plot.SetCaption("Orbit vertical"); }, 1, 1},
+    };
+    for (const auto& c : cases) {
+        const int frames = canvas.FrameRenders(), xAxes = canvas.XAxisRenders();
+        c.make();
+        EXPECT_GT(axisInk(), ink / 2) << c.change;
+        EXPECT_EQ(canvas.FrameRenders() - frames, c.frames) << c.change;
+        EXPECT_EQ(canvas.XAxisRenders() - xAxes, c.xAxes) << c.change;
+    }
 }
 
 TEST_F(DrawingTest, TextsStandInTheirBandAboveTheDataAtTheirXWithoutCoveringEachOther) {
