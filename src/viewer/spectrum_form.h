@@ -228,7 +228,6 @@ public:
     // The program's text for the device under the mouse on the spectrum.
     std::string DeviceUnderCursor(double x) const;
 
-<<<<<<< HEAD
     // --- judging the spectrum: thresholds, reference and peak hold, scaling,
     // set-point comparison (thresholds.cpp, reference.cpp, scaling.cpp,
     // extras.cpp, judge_events.cpp) ---
@@ -256,7 +255,7 @@ public:
     int16_t LiveScaleMode() const;
     // The same for the trend plots' auto-scale menu.
     int16_t TrendScaleMode() const;
-=======
+
     // --- export of what is shown (export_shown.cpp) ---
     // Pop-up menu entries of the spectrum's, the items' and the overview's
     // menus (indices 0, 1, 2).
@@ -268,7 +267,6 @@ public:
     static constexpr int16_t kExportWindow = -1;
     void ExportCsv_Click(int16_t plot);
     void ExportPng_Click(int16_t plot);
->>>>>>> show
 
 protected:
     void showEvent(QShowEvent* event) override;
