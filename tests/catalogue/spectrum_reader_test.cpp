@@ -98,7 +98,7 @@ TEST(ReadSpectrumConfig, SizesRoundHalvesToEvenAndMustFitASpectrum) {
         read.File({kHeader, "C,S/D,P,7,A,1,0,,", "C,S/D,P," + c.size + ",B,1,0,,"});
         EXPECT_EQ(read.result, c.result) << c.size;
         EXPECT_EQ(read.cat.NewSpectrum.Size, c.stored) << c.size;
-        EXPECT_EQ(std::make_pair(read.cat.LastReport.line, read.cat.LastReport.rowsStored),
+        EXPECT_EQ(std::make_pair(int{read.cat.LastReport.line}, int{read.cat.LastReport.rowsStored}),
                   c.result == 0 ? std::make_pair(0, 2) : std::make_pair(3, 1)) << c.size;
         EXPECT_EQ(read.window.events.empty(), c.result != 0) << c.size;
     }
