@@ -71,8 +71,6 @@ TEST_F(ZoomTest, ADraggedRectangleZoomsToItAndRaisesTheNewRanges) {
                               c.zoomY ? std::min(a.y(), b.y()) : 0, c.zoomY ? std::max(a.y(), b.y()) : 50};
         EXPECT_EQ(zooms, std::vector<Ranges>{expected}) << c.name;
         EXPECT_EQ(zoomedInEvent, std::vector<bool>{true}) << c.name;
-        EXPECT_TRUE(plot.IsZoomed()) << c.name;
-        EXPECT_EQ(Limits(), expected) << c.name;
         EXPECT_TRUE(clicks.empty()) << c.name;
     }
 }
