@@ -30,6 +30,7 @@ TEST(PlotHandles, OnlyALiveHandleReachesItsObject) {
         {"SetReferenceData", [](PlexPlot& p, const Handles& h) { return p.SetReferenceData(h.trace, kValues, 4); }},
         {"SetRelativeDisplay", [](PlexPlot& p, const Handles& h) { return p.SetRelativeDisplay(true, h.trace); }},
         {"SetTraceRange", [](PlexPlot& p, const Handles& h) { return p.SetTraceRange(h.trace, 0, 1); }},
+        {"SetLabelAnchors", [](PlexPlot& p, const Handles& h) { return p.SetLabelAnchors(h.trace, {0}); }},
         {"AppendPoint", [](PlexPlot& p, const Handles& h) { return p.AppendPoint(h.trace, 1, 0, 0); }},
         {"DeleteTrace", [](PlexPlot& p, const Handles& h) { return p.DeleteTrace(h.trace); }},
         {"RemoveText", [](PlexPlot& p, const Handles& h) { return p.RemoveText(h.text); }},
