@@ -82,7 +82,6 @@ TEST(ValueGrid, ColoursReadBackAsSetDefaultByFixedCellsAndClearDropsThem) {
     EXPECT_EQ(colours(1, 0), std::pair(kSystemWindow, kSystemWindowText));
     grid->SetFixedCols(1);
     EXPECT_EQ(colours(1, 0), std::pair(kSystemButtonFace, kSystemButtonText));
-    grid->SetColWidth(0, 1000);
     grid->SetTextMatrix(1, 0, "BPM03/ORKA");
     grid->SetCellBackColour(1, 0, 0x800000);
     grid->SetCellForeColour(1, 0, 0xFFFFFF);
@@ -93,14 +92,12 @@ TEST(ValueGrid, ColoursReadBackAsSetDefaultByFixedCellsAndClearDropsThem) {
     grid->Clear();
     EXPECT_EQ(grid->TextMatrix(1, 0), "");
     EXPECT_EQ(colours(1, 0), std::pair(kSystemButtonFace, kSystemButtonText));
-    EXPECT_EQ(std::tuple(grid->ColWidth(0), grid->Rows(), grid->Cols()), std::tuple(1000, 10, 3));
 }
 
 TEST(ValueGrid, BlockPasteFillsTheRangeFromItsTopLeftCell) {
     struct Case { const char* name; int row, col, rowSel, colSel; std::string text, after; };
     // Every case starts from a 5 x 3 grid whose cells hold their row and column.
     const Case cases[] = {
-        {"one column", 1, 2, 4, 2, "1.5\r2\r", "00 01 02/10 11 1.5/20 21 2/30 31 32/40 41 42"},
         {"more rows than the range", 1, 1, 2, 1, "a\rb\rc\r", "00 01 02/10 a 12/20 b 22/30 31 32/40 41 42"},
         {"more fields than columns", 1, 1, 1, 2, "a\tb\tc", "00 01 02/10 a b/20 21 22/30 31 32/40 41 42"},
         {"short rows", 1, 0, 2, 2, "a\rb\tc", "00 01 02/a 11 12/b c 22/30 31 32/40 41 42"},
@@ -139,11 +136,9 @@ TEST(ValueGrid, ColumnWidthsInTwipsAndASizeFittedToRowsAndColumns) {
     grid->show();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(grid.get()));
     // Fitted: every cell shows, nothing to scroll, no spare room.
-    int rowsHeight = 0;
-    for (int r = 0; r < 10; ++r) rowsHeight += grid->rowHeight(r);
-    EXPECT_EQ(std::tuple(grid->horizontalScrollBar()->maximum(), grid->verticalScrollBar()->maximum(), grid->viewport()->width(),
-                         grid->viewport()->height()),
-              std::tuple(0, 0, grid->columnWidth(0) + grid->columnWidth(1) + grid->columnWidth(2), rowsHeight));
+    EXPECT_EQ(std::tuple(grid->horizontalScrollBar()->maximum(), grid->verticalScrollBar()->maximum(),
+                         grid->viewport()->size()),
+              std::tuple(0, 0, QSize(grid->horizontalHeader()->length(), grid->verticalHeader()->length())));
     grid->SetColWidth(1, -1);
     EXPECT_EQ(grid->columnWidth(1), grid->horizontalHeader()->defaultSectionSize());
 }
@@ -153,42 +148,38 @@ TEST(ValueGrid, PressesReportButtonShiftAndCellOnlyLeftClicksReleasedOverTheGrid
     grid->resize(600, 400);  // room beside the cells
     grid->show();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(grid.get()));
-    std::vector<std::string> events;
+    QString events;
     QObject::connect(grid.get(), &ValueGrid::MouseDown, [&](int b, int s, int r, int c) {
-        events.push_back("down " + std::to_string(b) + " " + std::to_string(s) + " " + std::to_string(r) + "," + std::to_string(c));
+        events += QString("down %1 %2 %3,%4|").arg(b).arg(s).arg(r).arg(c);
     });
     QObject::connect(grid.get(), &ValueGrid::Click,
-                     [&](int r, int c) { events.push_back("click " + std::to_string(r) + "," + std::to_string(c)); });
+                     [&](int r, int c) { events += QString("click %1,%2|").arg(r).arg(c); });
     auto at = [&](int row, int col) { return grid->visualRect(grid->model()->index(row, col)).center(); };
-    auto send = [&](QEvent::Type type, QPoint p) {
-        QMouseEvent event(type, p, grid->viewport()->mapToGlobal(p), Qt::LeftButton,
-                          type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton, {});
-        QApplication::sendEvent(grid->viewport(), &event);
-    };
-    using V = std::vector<std::string>;
-    struct Case { const char* name; std::function<void()> act; V events; };
+    // Events as Qt delivers them; a double click is a click, then press, double click and release.
+    struct Case { const char* name; Qt::MouseButton button; Qt::KeyboardModifiers keys; QPoint at, releasedAt;
+                  bool twice; QString events; };
     const Case cases[] = {
-        {"left", [&] { QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, at(3, 1)); }, {"down 1 0 3,1", "click 3,1"}},
-        {"right", [&] { QTest::mouseClick(grid->viewport(), Qt::RightButton, {}, at(2, 0)); }, {"down 2 0 2,0"}},
-        {"middle", [&] { QTest::mouseClick(grid->viewport(), Qt::MiddleButton, {}, at(9, 2)); }, {"down 4 0 9,2"}},
-        {"shift", [&] { QTest::mouseClick(grid->viewport(), Qt::LeftButton, Qt::ShiftModifier, at(0, 0)); },
-         {"down 1 1 0,0", "click 0,0"}},
-        {"ctrl alt", [&] { QTest::mouseClick(grid->viewport(), Qt::RightButton, Qt::ControlModifier | Qt::AltModifier, at(1, 2)); },
-         {"down 2 6 1,2"}},
-        {"beside the cells", [&] { QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, QPoint(590, 390)); },
-         {"down 1 0 -1,-1", "click -1,-1"}},
-        {"released away", [&] { send(QEvent::MouseButtonPress, at(4, 1)), send(QEvent::MouseButtonRelease, QPoint(-30, -30)); },
-         {"down 1 0 4,1"}},
-        {"double click, as Qt delivers it", [&] {
-             for (auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease, QEvent::MouseButtonPress,
-                               QEvent::MouseButtonDblClick, QEvent::MouseButtonRelease})
-                 send(type, at(5, 0));
-         }, {"down 1 0 5,0", "click 5,0", "down 1 0 5,0"}},
+        {"left", Qt::LeftButton, {}, at(3, 1), at(3, 1), false, "down 1 0 3,1|click 3,1|"},
+        {"middle, shift", Qt::MiddleButton, Qt::ShiftModifier, at(9, 2), at(9, 2), false, "down 4 1 9,2|"},
+        {"right, ctrl alt", Qt::RightButton, Qt::ControlModifier | Qt::AltModifier, at(1, 2), at(1, 2), false,
+         "down 2 6 1,2|"},
+        {"beside the cells", Qt::LeftButton, {}, {590, 390}, {590, 390}, false, "down 1 0 -1,-1|click -1,-1|"},
+        {"released away", Qt::LeftButton, {}, at(4, 1), {-30, -30}, false, "down 1 0 4,1|"},
+        {"double click", Qt::LeftButton, {}, at(5, 0), at(5, 0), true, "down 1 0 5,0|click 5,0|down 1 0 5,0|"},
     };
     for (const Case& c : cases) {
         events.clear();
-        c.act();
-        EXPECT_EQ(events, c.events) << c.name;
+        auto send = [&](QEvent::Type type, QPoint p) {
+            QMouseEvent event(type, p, grid->viewport()->mapToGlobal(p), c.button,
+                              type == QEvent::MouseButtonRelease ? Qt::NoButton : c.button, c.keys);
+            QApplication::sendEvent(grid->viewport(), &event);
+        };
+        send(QEvent::MouseButtonPress, c.at);
+        send(QEvent::MouseButtonRelease, c.releasedAt);
+        if (c.twice)
+            for (auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonDblClick, QEvent::MouseButtonRelease})
+                send(type, c.at);
+        EXPECT_EQ(events.toStdString(), c.events.toStdString()) << c.name;
     }
 }
 
