@@ -113,6 +113,12 @@ struct FormState {
     // The trend plots' zooms; entry 0 is the whole window.
     ZoomStack Zoom;
     std::array<double, 4> ZoomMarkers{-1, -1, -1, -1};
+
+    // --- recorded spectra (archive mode) ---
+    std::string SpectrumSource;      // "History" or "Archiver": where the spectrum on show came from
+    int32_t HistorySpectrumTrace = -1;
+    int32_t HistorySpectrumPoints = 0;
+    int32_t HistorySpectrumLoads = 0;  // recorded spectra drawn, for the replay's bookkeeping
 };
 
 }  // namespace viewer

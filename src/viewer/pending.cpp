@@ -10,9 +10,6 @@
 
 namespace viewer {
 
-// Zoom stack of the trend plots.
-void SpectrumForm::ZoomRoutine(int16_t, double, double, double, double) {}
-
 // Extra channels: for now only the mode is kept and the layout follows it;
 // companions, menu captions and the extra plot's titles come with the extra
 // channels.
@@ -21,8 +18,6 @@ void SpectrumForm::SwitchExtras(int16_t mode) {
     Form_Resize();
 }
 void SpectrumForm::PrepareExtraPlot() {}
-// Grids and plots matching the live or archive data mode.
-void SpectrumForm::EnterHistoryMode() {}
 // Scale menu of the trend plots, and the scaling pass with its modes.
 void SpectrumForm::SwitchScaleMenu(int16_t) {}
 void SpectrumForm::AutoScaling(int16_t, int16_t) {}
@@ -30,8 +25,6 @@ void SpectrumForm::ScalingAction(int16_t) {}
 // Thresholds drawn on a plot, and the percent-of-threshold display.
 void SpectrumForm::DrawThresholds(ui::PlexPlot*) {}
 void SpectrumForm::ConvertToPercent() {}
-// Reloading the archive data for a new channel.
-void SpectrumForm::ReloadArchiveData() {}
 // The extra information panel's toggle.
 void SpectrumForm::MExtraInfo_Click() {}
 

@@ -50,7 +50,9 @@ SpectrumForm::SpectrumForm(std::string commandLine, std::string applicationPath,
     BuildControls();
     BuildMenus();
     BuildLayout();
+    BuildReplayControls();
     ConnectEvents();
+    ConnectReplayEvents();
     resize(1280, 800);
     OpenForms().push_back(this);
 }
