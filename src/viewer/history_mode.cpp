@@ -56,6 +56,7 @@ void SpectrumForm::OptArchiveData_Click() {
     MonthView1->setVisible(true);
     FrameMisc4->setVisible(false);
     FrameMovie->setVisible(true);
+    WaterfallOpts->setEnabled(true);
     s_.HistoryStop = vire::UNIXTIME();
     s_.HistoryStart = s_.HistoryStop - 86400;
     s_.Window = TrendWindow{s_.HistoryStart, s_.HistoryStop, false};
@@ -138,6 +139,7 @@ void SpectrumForm::OptLiveData_Click() {
     MonthView1->setVisible(false);
     FrameMisc4->setVisible(true);
     FrameMovie->setVisible(false);
+    WaterfallOpts->setEnabled(false);
     for (ui::PlexPlot* plot : {PLEXPlotSelected, PLEXPlotAccelerator, PLEXPlotExtra}) plot->SetHistoryDisplay(false);
     s_.Zoom.Reset();
     ShowZoomControls(false);

@@ -60,6 +60,7 @@ void SpectrumForm::BuildReplayControls() {
     displayOpts->addMenu(MovieSpeedOpts);
     WaterfallOpts = displayOpts->addAction(tr("&Waterfall..."));
     WaterfallOpts->setObjectName("WaterfallOpts");
+    WaterfallOpts->setEnabled(false);  // the waterfall and its replay belong to archive mode
 
     // Beside the calendar: the replay, and the zoom depth of the extra plot.
     if (auto* timeBox = findChild<QGroupBox*>("FrameTime")) {

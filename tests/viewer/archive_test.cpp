@@ -110,14 +110,17 @@ TEST(Archive, AZoomReadsTheSpanAgainAndTheLabelGoesBack) {
     EXPECT_GT(w.StampsIn(from, to), overview);
     EXPECT_GE(w.StampsIn(from, to), 60);
     w.Drag(0, from + 600, to - 600, -0.5, 0.5);
+    w.Drag(0, from + 900, to - 900, -0.4, 0.4);
     // A double click as the mouse makes it: a click, the double click, its release.
     QTest::mouseClick(w.form().LabelZoom[0], Qt::LeftButton);
     QTest::mouseDClick(w.form().LabelZoom[0], Qt::LeftButton);
     QTest::mouseRelease(w.form().LabelZoom[0], Qt::LeftButton);
-    EXPECT_EQ(w.s().Zoom.Depth(), 0) << "back two levels";
-    EXPECT_EQ(w.s().HistoryStart, kNowS - 86400);
+    EXPECT_EQ(w.s().Zoom.Depth(), 1) << "back two levels";
+    EXPECT_EQ(w.s().HistoryStart, from);
     w.form().PicZoom_Click();
-    EXPECT_EQ(w.s().Zoom.Depth(), 0);
+    w.form().PicZoom_Click();
+    EXPECT_EQ(w.s().Zoom.Depth(), 0) << "at 0 a step back stays at 0";
+    EXPECT_EQ(w.s().HistoryStart, kNowS - 86400);
     EXPECT_FALSE(w.Shown(w.form().ComUnZoom) || w.Shown(w.form().PicZoom[0]));
     // The live button's mouse-down pops a level before going live.
     w.Drag(0, from, to, -1, 1);
