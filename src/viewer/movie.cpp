@@ -62,10 +62,11 @@ void SpectrumForm::BuildReplayControls() {
     WaterfallOpts->setObjectName("WaterfallOpts");
     WaterfallOpts->setEnabled(false);  // the waterfall and its replay belong to archive mode
 
-    // Beside the calendar: the replay, and the zoom depth of the extra plot.
+    // Under the calendar, where the live mode's frame is (the two take
+    // turns), the replay; and the zoom depth of the extra plot.
     if (auto* timeBox = findChild<QGroupBox*>("FrameTime")) {
         if (auto* grid = qobject_cast<QGridLayout*>(timeBox->layout())) {
-            grid->addWidget(FrameMovie, 6, 0, 1, 2);
+            grid->addWidget(FrameMovie, 4, 0, 1, 2);
             auto* extraZoom = new QHBoxLayout;
             extraZoom->addWidget(PicZoom[1]);
             extraZoom->addWidget(LabelZoom[1]);

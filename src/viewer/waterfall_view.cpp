@@ -4,6 +4,7 @@
 #include <QPainter>
 #include <QToolTip>
 #include <algorithm>
+#include <utility>
 
 #include "vire/utils.h"
 
@@ -11,7 +12,7 @@ namespace viewer {
 
 namespace {
 
-constexpr int kLeftMargin = 96;    // row times
+constexpr int kLeftMargin = 124;   // row times
 constexpr int kBottomMargin = 28;  // element labels
 constexpr int kTopMargin = 24;     // title
 constexpr int kRightMargin = 12;
@@ -74,21 +75,22 @@ void WaterfallView::paintEvent(QPaintEvent*) {
                          QString::fromStdString(RowTimeText(picture_.times[static_cast<size_t>(r)])));
     }
     // Element labels along the bottom: each part's first, then as many
-    // others as have room between them.
+    // others as have room beside them.
     const int columns = std::max(picture_.columns, 1);
-    int right = -1;
+    std::vector<std::pair<int, int>> taken;  // x ranges already labelled
     const auto drawLabel = [&](int32_t column) {
         if (column < 0 || column >= static_cast<int32_t>(picture_.labels.size())) return;
         const QString text = QString::fromStdString(picture_.labels[static_cast<size_t>(column)]);
         const int x = area.left() + static_cast<int>((column + 0.5) * area.width() / columns);
-        if (x <= right) return;
+        const int end = x + metrics.horizontalAdvance(text) + 12;
+        for (const auto& [from, to] : taken)
+            if (x < to && end > from) return;
+        taken.emplace_back(x, end);
         painter.drawLine(x, area.bottom(), x, area.bottom() + 4);
         painter.drawText(x + 2, area.bottom() + 4 + metrics.ascent(), text);
-        right = x + metrics.horizontalAdvance(text) + 12;
     };
     for (int32_t anchor : picture_.anchors) drawLabel(anchor);
-    const int perLabel = std::max(1, static_cast<int>(int64_t{columns} * 140 / std::max(area.width(), 1)));
-    right = -1;
+    const int perLabel = std::max(1, static_cast<int>(int64_t{columns} * 60 / std::max(area.width(), 1)));
     for (int32_t column = 0; column < columns; column += perLabel) drawLabel(column);
 }
 

@@ -146,7 +146,8 @@ TEST(Archive, StartPlacesBeforeTheSpectrumAndStepsStopAtBothEnds) {
     const Case cases[] = {
         {0, 350, true, 3, 3, 400},             // placed on 300, the last stamp before 350
         {350, 50, true, 3, 3, 400},            // nothing before 50: the position stays on 300
-        {0, 150, false, 3, 0, std::nullopt},   // stamp 0 is never chosen, and back at 0 does nothing
+        {250, 150, false, 3, 0, 100},          // stamp 0 is never chosen: the position stays on 200
+        {0, 150, false, 3, 0, std::nullopt},   // back at 0 does nothing
         {0, 250, false, 3, 0, 100},
         {0, 500, true, 3, 3, std::nullopt},    // forward at the last index does nothing
         {0, 500, true, 4, 4, std::nullopt},    // a bound past the stamps moves on, with nothing to load
