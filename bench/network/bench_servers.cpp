@@ -18,7 +18,8 @@ std::string MakeConfig() {
     std::ofstream(dir / "ORKA_BENCH.csv")
         << "CONTEXT,SERVER,PROPERTY,SIZE,HSTSERVER,HSTPROPERTY,ARCSERVER,ARCPROPERTY,DESCRIPTION,MAX,MIN,EGU,"
            "APPEND,HIGH,TAG,PROPLINK,PROPSHORT,EXTDEVNAMEDEV,EXTDEVNAMEPROP,EXTRAPROPCOMBOINDEX\r\n"
-        << "ORKA,BENCHSRV/SPECTRUM,VALUES,8000,,,,,Benchmark spectrum,100,0,counts,,,B,1,V,,,-1\r\n";
+        << "ORKA,BENCHSRV/SPECTRUM,VALUES,8000,/ORKA/BENCHHIST,VALUES.HIST,/ORKA/OKHISTORY,BENCH.VALUES,"
+           "Benchmark spectrum,100,0,counts,,,B,1,V,,,-1\r\n";
     return dir.string();
 }
 

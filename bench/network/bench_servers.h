@@ -1,6 +1,7 @@
 // The servers of the network benchmarks, on loopback: etcd for the names, one
 // device server and the archiver, on a copy of the sample configuration that
-// adds one 8000-point spectrum (/ORKA/BENCHSRV/SPECTRUM, VALUES).
+// adds one 8000-point spectrum (/ORKA/BENCHSRV/SPECTRUM, VALUES) with its
+// local history and archive.
 #pragma once
 
 #include <memory>

@@ -8,7 +8,7 @@
 namespace history {
 
 bool LoadHistorySpectrum(catalogue::SpectrumTable& list, int16_t head, int16_t parts, int32_t time, Questions& questions,
-                         HistorySpectrum& trace) {
+                         HistorySpectrum& trace, bool labelled) {
     trace = {};
     bool told = false;
     for (int16_t k = 0; k < parts; ++k) {
@@ -31,8 +31,9 @@ bool LoadHistorySpectrum(catalogue::SpectrumTable& list, int16_t head, int16_t p
                 break;
             }
             trace.values.push_back(record.Values[i]);
+            if (!labelled) continue;
             const std::string name = i < record.ElementNames.size() ? record.ElementNames[i] : "#" + std::to_string(i);
-            trace.labels.push_back(name + record.Tag);
+            trace.labels.push_back(record.Tag + name);
         }
     }
     return true;

@@ -15,7 +15,7 @@ inline constexpr int32_t kMaxHistorySpectrumPoints = catalogue::kMaxSpectrumPoin
 
 struct HistorySpectrum {
     std::vector<float> values;        // the parts one after the other, at most 8000 points
-    std::vector<std::string> labels;  // element name and part tag, one per value
+    std::vector<std::string> labels;  // part tag and element name (as the live spectrum labels them), one per value
     std::vector<std::string> sources; // "History" or "Archiver", one per part read
 };
 
@@ -26,8 +26,9 @@ struct HistorySpectrum {
 // code's text) and ends the load with false, the trace holding the parts
 // before it. Points beyond 8000 are told once ("Array larger than 8000
 // Points") and left out. A part index beyond the table throws catalogue's
-// out-of-bounds error.
+// out-of-bounds error. Without `labelled` the labels stay empty (a picture
+// of many spectra needs them once).
 bool LoadHistorySpectrum(catalogue::SpectrumTable& list, int16_t head, int16_t parts, int32_t time, Questions& questions,
-                         HistorySpectrum& trace);
+                         HistorySpectrum& trace, bool labelled = true);
 
 }  // namespace history

@@ -11,19 +11,16 @@
 #include "catalogue/fixed_array.h"
 #include "viewer/item_list.h"
 #include "viewer/trend_window.h"
+#include "viewer/zoom_stack.h"
 
 namespace viewer {
 
 inline constexpr int kMaxLivePoints = 8000;    // the combined spectrum's limit
-inline constexpr int kMaxZoom = 20;            // zoom stack 0..20
-inline constexpr int kTrendPlots = 4;          // zoom columns 0..3
 inline constexpr int kPropBoxes = 4;           // ChkProps(0..3)
 inline constexpr int kPropMaps = 5;            // PropChannel / PropHeadChannel 0..4
 
 using LiveValueTable = catalogue::FixedArray<float, 0, kMaxLivePoints>;
 using LiveLabelTable = catalogue::FixedArray<std::string, 0, kMaxLivePoints>;
-using ZoomTable = catalogue::FixedArray<double, 0, kMaxZoom>;
-using ZoomColumns = catalogue::FixedArray<std::array<double, kTrendPlots>, 0, kMaxZoom>;
 using PropMap = catalogue::FixedArray<int16_t, 0, kPropMaps - 1>;
 
 // Values the viewer control and the window share for the whole library.
@@ -113,11 +110,8 @@ struct FormState {
     // shows a fixed stretch of the past chosen with the time scale or the
     // calendar.
     TrendWindow Window;
-    int16_t ZoomCount = 0;
-    ZoomTable ZoomFrom{};
-    ZoomTable ZoomTo{};
-    ZoomColumns ZoomYMax{};
-    ZoomColumns ZoomYMin{};
+    // The trend plots' zooms; entry 0 is the whole window.
+    ZoomStack Zoom;
     std::array<double, 4> ZoomMarkers{-1, -1, -1, -1};
 
     // --- judging the spectrum ---
@@ -127,6 +121,12 @@ struct FormState {
     double CommonYMax = 0.0;              // the selected-item plot's common range, kept
     double CommonYMin = 0.0;              // while each item shows its own
     std::array<int32_t, 3> TrendCaptions{-1, -1, -1};  // mode caption handles of the trend plots
+
+    // --- recorded spectra (archive mode) ---
+    std::string SpectrumSource;      // "History" or "Archiver": where the spectrum on show came from
+    int32_t HistorySpectrumTrace = -1;
+    int32_t HistorySpectrumPoints = 0;
+    int32_t HistorySpectrumLoads = 0;  // recorded spectra drawn, for the replay's bookkeeping
 };
 
 }  // namespace viewer

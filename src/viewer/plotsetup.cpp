@@ -78,13 +78,10 @@ void SpectrumForm::InitGraphics() {
         GridAccelerator->FitHeightToRows();
         // Entry 0 of the zoom stack: the full window and each plot's range.
         ui::PlexPlot* trends[] = {PLEXPlotSelected, PLEXPlotExtra, PLEXPlotAccelerator};
-        s_.ZoomCount = 0;
-        s_.ZoomFrom[0] = s_.HistoryStart;
-        s_.ZoomTo[0] = s_.HistoryStop;
+        s_.Zoom.SetFull(s_.HistoryStart, s_.HistoryStop);
         for (int p = 0; p < 3; ++p) {
             trends[p]->SetXRange(s_.HistoryStart, s_.HistoryStop);
-            s_.ZoomYMax[0][p] = trends[p]->YMax();
-            s_.ZoomYMin[0][p] = trends[p]->YMin();
+            s_.Zoom.SetFullYRange(p, trends[p]->YMin(), trends[p]->YMax());
         }
     }
     // The layout follows the grids' new sizes.

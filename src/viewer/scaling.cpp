@@ -118,7 +118,7 @@ void SpectrumForm::SwitchScaleMenu(int16_t mode) {
 
 void SpectrumForm::ChkRelScale_Click() {
     if (s_.Initialising) return;
-    if (s_.ZoomCount > 0 &&
+    if (s_.Zoom.Depth() > 0 &&
         ui::MsgBox("Vertical Zooms will be lost! Sorry!", ui::MsgBoxButtons::OKCancel, ui::MsgBoxIcon::None,
                    "Switching Scaling Modes") == ui::MsgBoxResult::Cancel)
         return;
@@ -172,8 +172,7 @@ void SpectrumForm::ScalingAction(int16_t index) {
             }
             PLEXPlotSelected->SetYMax(upper);
             PLEXPlotSelected->SetYMin(lower);
-            s_.ZoomYMax[s_.ZoomCount][0] = upper;
-            s_.ZoomYMin[s_.ZoomCount][0] = lower;
+            s_.Zoom.SetTopYRange(0, lower, upper);
             return;
         }
         case 5:  // the trends fitted once
@@ -240,8 +239,7 @@ void SpectrumForm::ScaleTrendPlot(int16_t which, int16_t mode) {
     }
     // The zoom level shown now keeps the new range, so that unzooming to it
     // and back restores what the operator sees.
-    s_.ZoomYMax[s_.ZoomCount][which] = plot->YMax();
-    s_.ZoomYMin[s_.ZoomCount][which] = plot->YMin();
+    s_.Zoom.SetTopYRange(which, plot->YMin(), plot->YMax());
 }
 
 }  // namespace viewer

@@ -50,8 +50,10 @@ SpectrumForm::SpectrumForm(std::string commandLine, std::string applicationPath,
     BuildControls();
     BuildMenus();
     BuildLayout();
+    BuildReplayControls();
     ConnectEvents();
     ConnectJudgeEvents();
+    ConnectReplayEvents();
     resize(1280, 800);
     OpenForms().push_back(this);
 }

@@ -29,6 +29,8 @@
 
 #include "catalogue/catalogue_window.h"
 #include "viewer/form_state.h"
+#include "viewer/movie_state.h"
+#include "viewer/waterfall_view.h"
 
 class QAction;
 class QCheckBox;
@@ -268,6 +270,42 @@ public:
     void ExportCsv_Click(int16_t plot);
     void ExportPng_Click(int16_t plot);
 
+    // --- looking back in time: the data mode, zoom, recorded spectra, the
+    // replay and the waterfall (history_mode.cpp, zoom.cpp,
+    // spectrum_history.cpp, movie.cpp, waterfall.cpp) ---
+    QGroupBox* FrameMovie = nullptr;
+    QPushButton* MovieButton = nullptr;
+    std::array<QPushButton*, 2> StepButton{};
+    QPushButton* SpeedButton = nullptr;
+    QMenu* MovieSpeedOpts = nullptr;
+    std::array<QAction*, 3> mSpeedOpts{};
+    QPushButton* WaterfallButton = nullptr;
+    QAction* WaterfallOpts = nullptr;
+    void OptArchiveData_Click();
+    void OptLiveData_Click();
+    void OptLiveData_MouseDown();
+    void scDepth_Click(int16_t index);
+    void ZoomBack();
+    void ComUnZoom_Click();
+    void LabelZoom_Click();
+    void LabelZoom_DblClick();
+    void PicZoom_Click();
+    void PicZoom_DblClick();
+    // The recorded spectrum of the chosen channel at `time`; false when a
+    // read failed (told, nothing drawn).
+    bool LoadHistorySpectrum(int32_t time);
+    void MovieButton_Click();
+    void MovieTimer_Timer();
+    void StepButton_Click(int16_t index);
+    void SpeedButton_MouseDown(int button);
+    void mSpeedOpts_Click(int16_t index);
+    void MovieSpeedUp();
+    // The waterfall of the chosen channel over the trend window (opened from
+    // WaterfallButton); a click on a row replays from that row's time.
+    void WaterfallButton_Click();
+    void StartMovieAt(int32_t time);
+    MovieState& Movie() { return movie_; }
+
 protected:
     void showEvent(QShowEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
@@ -324,6 +362,19 @@ private:
     // The notice on the spectrum plot: parts not opened or failing, a
     // spectrum too long to draw.
     std::string MissingNotice(const std::string& failingParts) const;
+    // Looking back in time.
+    void BuildReplayControls();
+    void ConnectReplayEvents();
+    void ShowZoomControls(bool shown);
+    void ApplyZoomEntry();
+    void ReloadZoomedHistory();
+    void StoreFullYRanges();
+    std::vector<int32_t> MovieTimes(int16_t item) const;
+    void StopMovie();
+    void ArchiveWindowMoved();
+    // The recorded spectra of the chosen channel at `rows` times of the
+    // trend window; false when a read failed.
+    bool ReadWaterfall(int32_t rows, WaterfallPicture& picture);
 
     // --- export of what is shown (export_shown.cpp) ---
     void BuildExportEntries();
@@ -341,6 +392,7 @@ private:
     std::string commandLine_;
     std::string applicationPath_;
     bool loaded_ = false;
+    MovieState movie_;
 };
 
 }  // namespace viewer

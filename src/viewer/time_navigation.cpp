@@ -35,6 +35,7 @@ void SpectrumForm::UpDownTime_Change(bool /*fromScale*/) {
     s_.HistoryStop = s_.Window.stop;
     if (s_.Initialising) return;
     ReloadTrendHistories();
+    if (OptArchiveData->isChecked()) ArchiveWindowMoved();
 }
 
 void SpectrumForm::MonthClicker(const QDate& day) {

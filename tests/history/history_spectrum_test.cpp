@@ -28,7 +28,7 @@ TEST_F(HistoryTest, HistorySpectraComeFromEachPartsSourceAndStopAtAFailedReadOr8
         const bool read = history::LoadHistorySpectrum(list, 10, static_cast<int16_t>(std::strlen(c.parts)), sim_test::kNowS - 60, questions, trace);
         std::string seen;
         for (const auto& s : trace.sources) seen += s + " ";
-        EXPECT_EQ(seen + std::to_string(trace.values.size()) + " " + trace.labels.at(31), c.sources + std::to_string(c.points) + " #31/Q1") << c.parts;
+        EXPECT_EQ(seen + std::to_string(trace.values.size()) + " " + trace.labels.at(31), c.sources + std::to_string(c.points) + " /Q1#31") << c.parts;
         EXPECT_TRUE(read == c.read && trace.labels.size() == c.points && list[10].Values.size() == static_cast<size_t>(c.size)) << c.parts;
         std::erase_if(questions.texts, [](const std::string& t) { return t.starts_with("Error Reading"); });
         EXPECT_EQ(questions.texts, c.told) << c.parts;

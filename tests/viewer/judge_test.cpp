@@ -169,7 +169,7 @@ TEST(Judge, SwitchingScalesWhileZoomedAsksAndCancelKeepsTheZoom) {
     for (const auto& c : cases) {
         FormFixture f("ORKA BPM");
         viewer::SpectrumForm& form = f.Load();
-        f.State().ZoomCount = 1;
+        f.State().Zoom.Zoom(0, {1, 2, 0, 1}, true, {});
         form.ChkRelScale->setChecked(true);
         f.dialogs.Answer(c.answer);
         form.ChkRelScale_Click();
@@ -178,7 +178,7 @@ TEST(Judge, SwitchingScalesWhileZoomedAsksAndCancelKeepsTheZoom) {
         EXPECT_EQ(f.dialogs.Records()[0].title, "Switching Scaling Modes");
         EXPECT_EQ(f.State().CommonScale, c.common);
         EXPECT_EQ(f.State().ScaleModeChanged, c.common == 0);
-        EXPECT_EQ(f.State().ZoomCount, 1);
+        EXPECT_EQ(f.State().Zoom.Depth(), 1);
         EXPECT_EQ(form.LabelSelect[4]->text().toStdString(), c.label);
     }
 }
