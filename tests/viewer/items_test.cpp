@@ -55,9 +55,9 @@ TEST(Items, RemovingOneRecoloursTheRestAndRemovingAllLeavesTheHeadings) {
     w.form().selectedItemDelete_Click();  // the last added is current
     w.Add(2);
     w.form().ClickAGrid(2);
-    ASSERT_EQ(std::pair(w.items().Count(), w.items().Current()), std::pair<int16_t, int16_t>(3, 1));
+    ASSERT_EQ(std::pair(w.items().Count(), w.items().Current()), (std::pair<int16_t, int16_t>(3, 1)));
     w.form().selectedItemDelete_Click();
-    ASSERT_EQ(std::pair(w.items().Count(), w.items().Current()), std::pair<int16_t, int16_t>(2, -1));
+    ASSERT_EQ(std::pair(w.items().Count(), w.items().Current()), (std::pair<int16_t, int16_t>(2, -1)));
     EXPECT_EQ(w.Cell(2, 0), third + w.items()[1].tag);
     EXPECT_EQ(w.form().GridSelected->CellBackColour(2, 0), w.f.State().ItemColours[1]) << "the moved item takes its new slot's colour";
     const auto* trace = w.form().PLEXPlotSelected->Model().traces.Find(w.items()[1].traceNumber);

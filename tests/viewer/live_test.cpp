@@ -155,7 +155,7 @@ TEST(LiveSpectrum, CaptionsAppearFromTheSecondEventWithTheModesInOrder) {
     w.form().LivePeakHold->setChecked(false);
     w.form().refDisplay->setChecked(false);
     w.Tick();
-    EXPECT_EQ(std::pair(w.Texts().size(), w.f.State().SpectrumModeText), std::pair<size_t, int32_t>(1, -1));
+    EXPECT_EQ(std::pair(w.Texts().size(), w.f.State().SpectrumModeText), (std::pair<size_t, int32_t>(1, -1)));
 }
 
 TEST(LiveSpectrum, ADeadPartIsNamedWhileTheOtherPartsKeepUpdating) {

@@ -44,7 +44,7 @@ TEST(Navigation, LeavingTheCombinedEntryTurnsCompanionsIntoThePlainExtraDisplay)
     form.MenuMachine_Click(4);
     const int16_t onTheCombinedEntry = f.State().ExtrasMode;
     form.MenuMachine_Click(3);
-    EXPECT_EQ(std::pair(onTheCombinedEntry, f.State().ExtrasMode), std::pair<int16_t, int16_t>(1, 2));
+    EXPECT_EQ(std::pair(onTheCombinedEntry, f.State().ExtrasMode), (std::pair<int16_t, int16_t>(1, 2)));
     EXPECT_EQ(f.State().cat.MachineList[f.State().cat.CurrentMachine].Name, "KALM");
 }
 
@@ -76,7 +76,7 @@ TEST(Selection, AFailingPartStopsTheGroupWithItsErrorText) {
     f.accelerator->SetFault("/ORKA/BPMQ2", sim::Fault{sim::Fault::Kind::Down});
     form.SpectrumCombo_Click();
     EXPECT_EQ(f.dialogs.Texts(), std::vector<std::string>{"PROBLEMS!   " + vire::ErrorText(2)});
-    EXPECT_EQ(std::pair(f.State().ChannelsStarted, form.ComboDevs->count()), std::pair(1, 32));
+    EXPECT_EQ(std::pair(f.State().ChannelsStarted, form.ComboDevs->count()), (std::pair<int16_t, int>(1, 32)));
     EXPECT_NE(form.StatusLine->text().toStdString().find("/ORKA/BPMQ2/ORBIT ORBIT.X not opened: " +
                                                           vire::ErrorText(2)),
               std::string::npos);
@@ -92,7 +92,7 @@ TEST(Selection, AFifthPropertyIsMappedButHasNoBox) {
     viewer::SpectrumForm& form = f.Load();
     form.SwitchExtras(0);
     form.InitPropSelections(false);
-    EXPECT_EQ(std::pair(f.State().PropBoxesUsed, f.State().PropChannel[4]), std::pair<int16_t, int16_t>(5, 4));
+    EXPECT_EQ(std::pair(f.State().PropBoxesUsed, f.State().PropChannel[4]), (std::pair<int16_t, int16_t>(5, 4)));
     for (int k = 0; k < 4; ++k) EXPECT_EQ(form.ChkProps[k]->text(), QString("Q%1").arg(k));
     EXPECT_FALSE(form.FrameProps->isHidden());
 }
