@@ -4,14 +4,21 @@
 // a caption computed in UTC shows.
 #pragma once
 
+#include <QAction>
 #include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
 #include <memory>
 #include <string>
 
 #include "fake_live_transport.h"
 #include "scoped_time_zone.h"
+#include "scratch_config.h"
 #include "sim/simulated_accelerator.h"
 #include "ui/controls/scoped_dialog_responder.h"
+#include "ui/plot/plex_plot.h"
 #include "viewer/spectrum_form.h"
 #include "vire/clock.h"
 #include "vire/link.h"
@@ -28,8 +35,7 @@ inline constexpr int64_t kStartMs = 1'700'000'000'000;
 inline std::string SampleConfig() { return LUMISCOPE_SAMPLE_CONFIG_DIR; }
 
 // The application path whose "configs" directory is `configDir`.
-inline std::string ApplicationPathOf(const std::string& configDir) {
-    std::string dir = configDir;
+inline std::string ApplicationPathOf(std::string dir) {
     while (!dir.empty() && dir.back() == '/') dir.pop_back();
     return dir.substr(0, dir.rfind('/'));
 }

@@ -11,11 +11,7 @@ namespace {
 using viewer::ItemList;
 using viewer::SelectedItem;
 
-SelectedItem Named(const std::string& name) {
-    SelectedItem item;
-    item.elementName = name;
-    return item;
-}
+SelectedItem Named(const std::string& name) { SelectedItem item; item.elementName = name; return item; }
 
 SelectedItem WithValues(const std::vector<float>& values, const std::vector<int32_t>& times) {
     SelectedItem item;
@@ -42,9 +38,7 @@ TEST(ItemList, NineItemsAtMostAndRemovalKeepsTheOrder) {
     for (const SelectedItem& item : list.Items()) names.push_back(item.elementName);
     EXPECT_EQ(names, (std::vector<std::string>{"E0", "E1", "E2", "E4", "E5", "E6", "E7", "E8"}));
     EXPECT_EQ(list[7].traceNumber, 88) << "the last item moved down whole";
-    EXPECT_EQ(list[8].traceNumber, -1) << "the freed slot holds no trace";
-    EXPECT_EQ(list[8].markNumber, -1);
-    EXPECT_TRUE(list[8].unusedSlot);
+    EXPECT_TRUE(list[8].traceNumber == -1 && list[8].markNumber == -1 && list[8].unusedSlot) << "the freed slot";
     EXPECT_THROW(list[11], std::exception) << "slots end at 10";
 }
 
@@ -57,9 +51,8 @@ TEST(ItemList, FindsByCaptionAndPlottedChannel) {
     y.plottedChannel = 4;
     list.Add(x);
     list.Add(y);
-    EXPECT_EQ(list.Find("Y", 4), 1);
-    EXPECT_EQ(list.Find("Y", 0), -1);
-    EXPECT_EQ(list.Find("X", 0), 0);
+    EXPECT_EQ((std::vector<int16_t>{list.Find("Y", 4), list.Find("Y", 0), list.Find("X", 0)}),
+              (std::vector<int16_t>{1, -1, 0}));
 }
 
 TEST(ItemGrid, MissingValuesInEachColumn) {
@@ -70,12 +63,9 @@ TEST(ItemGrid, MissingValuesInEachColumn) {
     const struct { int32_t time; bool cursorColumn; std::vector<std::string> texts; } cases[] = {
         // The value at or after the time; an item without history is "???"
         // in the third column and leaves no line in the cursor column.
-        {100, false, {"1.0000", "???", "3.0000"}},
-        {100, true, {"1.0000", "3.0000"}},
-        {130, true, {"2.0000", "3.0000"}},
+        {100, false, {"1.0000", "???", "3.0000"}}, {100, true, {"1.0000", "3.0000"}}, {130, true, {"2.0000", "3.0000"}},
         // Past the last point there is no value, not the last one again.
-        {150, true, {"2.0000", ""}},
-        {161, false, {"???", "???", "???"}},
+        {150, true, {"2.0000", ""}}, {161, false, {"???", "???", "???"}},
     };
     for (const auto& c : cases)
         EXPECT_EQ(viewer::GridColumnTexts(list, c.time, c.cursorColumn, viewer::GridFormat::Items), c.texts)
@@ -90,17 +80,14 @@ TEST(TrendWindow, PlacedWithinThePresentAndTheArchive) {
     constexpr int32_t now = 1'700'000'000;
     constexpr int32_t day = viewer::kSecondsPerDay;
     const struct { int32_t anchor, step, steps; int32_t stop; bool follows; } cases[] = {
-        {now, 3600, 0, now, true},
-        {now, 3600, -2, now - 7200, false},
+        {now, 3600, 0, now, true}, {now, 3600, -2, now - 7200, false},
         {now, 3600, 5, now, true},                         // the future is not there yet
         {now - day, 3600, 1, now - day + 3600, false},     // a day back, one span on
         {now, day, -800, now - 730 * day + 3600, false},   // not before the archive's reach
     };
     for (const auto& c : cases) {
         const viewer::TrendWindow w = viewer::PlaceTrendWindow(c.anchor, now, 3600, c.step, c.steps);
-        EXPECT_EQ(w.stop, c.stop) << c.steps;
-        EXPECT_EQ(w.start, c.stop - 3600);
-        EXPECT_EQ(w.followsPresent, c.follows);
+        EXPECT_EQ(std::tuple(w.start, w.stop, w.followsPresent), std::tuple(c.stop - 3600, c.stop, c.follows));
     }
     EXPECT_EQ(viewer::SpanText(600), "10 min");
     EXPECT_EQ(viewer::SpanText(21600), "6 h");

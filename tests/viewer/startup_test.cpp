@@ -2,18 +2,13 @@
 // the start-up with its message.
 #include <gtest/gtest.h>
 
-#include <QAction>
-#include <QComboBox>
 #include <QFrame>
-#include <QLabel>
 #include <QMenu>
 #include <QPushButton>
 
 #include "form_fixture.h"
 #include "ui/controls/month_calendar.h"
 #include "ui/controls/value_grid.h"
-#include "ui/plot/plex_plot.h"
-#include "scratch_config.h"
 #include "viewer/startup_rules.h"
 
 namespace {
@@ -23,15 +18,10 @@ using viewer_test::ScratchConfig;
 
 TEST(StartArguments, TheSplitWithMorePartsWinsAndBlanksWinATie) {
     const struct { const char* line; viewer::StartArguments expected; } cases[] = {
-        {"", {}},
-        {"VESTA", {"VESTA", "", ""}},
-        {"VESTA,BLM", {"VESTA", "BLM", ""}},
-        {"VESTA BLM EXTRAS_ON", {"VESTA", "BLM", "EXTRAS_ON"}},
-        {"A,B,C D", {"A", "B", "C D"}},
+        {"", {}}, {"VESTA", {"VESTA", "", ""}}, {"VESTA,BLM", {"VESTA", "BLM", ""}},
+        {"VESTA BLM EXTRAS_ON", {"VESTA", "BLM", "EXTRAS_ON"}}, {"A,B,C D", {"A", "B", "C D"}},
         {"A,B C", {"A,B", "C", ""}},  // a tie goes to the blanks
-        {"a b c d", {}},
-        {"A,,B", {"A", "", "B"}},
-        {"A, B", {"A,", "B", ""}},
+        {"a b c d", {}}, {"A,,B", {"A", "", "B"}}, {"A, B", {"A,", "B", ""}},
     };
     for (const auto& c : cases) {
         const viewer::StartArguments a = viewer::SplitStartArguments(c.line);
@@ -43,12 +33,9 @@ TEST(StartArguments, TheSplitWithMorePartsWinsAndBlanksWinATie) {
 
 TEST(StartUp, ArgumentsChooseMachineSubsystemAndExtras) {
     const struct { const char* line; int16_t machine; const char* subsystemFile; int16_t extrasMode; } cases[] = {
-        {"", 0, "ORKA_BPM.csv", 2},
-        {"VESTA,BLM", 1, "VESTA_BLM.csv", 2},
-        {"VESTA BLM EXTRAS_ON", 1, "VESTA_BLM.csv", 1},
-        {"VESTA BLM extras_on", 1, "VESTA_BLM.csv", 2},
-        {"vesta", 0, "ORKA_BPM.csv", 2},
-        {"LYRAS,NOSUCH", 2, "LYRAS_BPM.csv", 2},
+        {"", 0, "ORKA_BPM.csv", 2}, {"VESTA,BLM", 1, "VESTA_BLM.csv", 2},
+        {"VESTA BLM EXTRAS_ON", 1, "VESTA_BLM.csv", 1}, {"VESTA BLM extras_on", 1, "VESTA_BLM.csv", 2},
+        {"vesta", 0, "ORKA_BPM.csv", 2}, {"LYRAS,NOSUCH", 2, "LYRAS_BPM.csv", 2},
     };
     for (const auto& c : cases) {
         FormFixture f(c.line);
@@ -57,15 +44,13 @@ TEST(StartUp, ArgumentsChooseMachineSubsystemAndExtras) {
         EXPECT_EQ(cat.CurrentMachine, c.machine) << c.line;
         EXPECT_EQ(cat.SubsystemList[cat.CurrentSubsystem].FileName, c.subsystemFile) << c.line;
         EXPECT_EQ(f.State().ExtrasMode, c.extrasMode) << c.line;
-        EXPECT_TRUE(form.MenuMachine[c.machine]->isChecked()) << c.line;
-        EXPECT_TRUE(form.MenuSubsystem[cat.CurrentSubsystem]->isChecked()) << c.line;
-        EXPECT_FALSE(f.State().Initialising) << c.line;
-        EXPECT_GT(form.PLEXPlotSpectrum->LinkCount(), 0) << c.line << ": the shown channel goes live";
+        EXPECT_TRUE(form.MenuMachine[c.machine]->isChecked() && form.MenuSubsystem[cat.CurrentSubsystem]->isChecked());
+        EXPECT_TRUE(!f.State().Initialising && form.PLEXPlotSpectrum->LinkCount() > 0) << c.line << ": goes live";
         EXPECT_EQ(form.LabelSelect[4]->text(), "All Curves");
         EXPECT_EQ(form.MonthView1->Value(), QDate(2023, 11, 14)) << "the test clock's day";
         // A heading row and one row per item slot.
         EXPECT_EQ(std::pair(form.GridSelected->Rows(), form.GridExtra->Rows()), std::pair(10, 10)) << c.line;
-        EXPECT_EQ(f.dialogs.Texts(), std::vector<std::string>{}) << c.line;
+        EXPECT_TRUE(f.dialogs.Texts().empty()) << c.line;
     }
 }
 
@@ -73,12 +58,11 @@ TEST(StartUp, WithoutAUserNameTheExtraInformationReplacesTheElementChooser) {
     for (const std::string user : {"", "op"}) {
         FormFixture f("", viewer_test::SampleConfig(), user);
         viewer::SpectrumForm& form = f.Load();
-        const bool anonymous = user.empty();
-        EXPECT_EQ(form.MExtraInfo->isChecked(), anonymous) << user;
-        EXPECT_EQ(form.ComboDevs->isHidden(), anonymous) << user;
-        EXPECT_EQ(form.ComSelDevice->isHidden(), anonymous) << user;
-        EXPECT_EQ(form.X[2]->isHidden(), !anonymous) << user;
-        EXPECT_EQ(form.LabelPoints[0]->text(), anonymous ? "-" : "") << user;
+        const bool a = user.empty();  // anonymous
+        EXPECT_EQ((std::vector<bool>{form.MExtraInfo->isChecked(), form.ComboDevs->isHidden(),
+                                     form.ComSelDevice->isHidden(), !form.X[2]->isHidden()}),
+                  (std::vector<bool>{a, a, a, a})) << user;
+        EXPECT_EQ(form.LabelPoints[0]->text(), a ? "-" : "") << user;
     }
 }
 
@@ -98,8 +82,7 @@ TEST(StartUp, EachFailingStepShowsItsMessageAndStopsThere) {
         FormFixture f("", config.Dir());
         f.Load();
         EXPECT_EQ(f.dialogs.Texts(), std::vector<std::string>{c.message}) << c.name;
-        EXPECT_TRUE(f.State().Initialising) << c.name << ": the start-up stopped before its end";
-        EXPECT_EQ(f.form->PLEXPlotSpectrum->LinkCount(), 0) << c.name;
+        EXPECT_TRUE(f.State().Initialising && f.form->PLEXPlotSpectrum->LinkCount() == 0) << c.name;
         EXPECT_EQ(f.dialogs.Records()[0].title, "") << c.name;
     }
 }
@@ -148,8 +131,7 @@ TEST(StartUp, ARunTimeErrorIsReportedAndLaterChoicesStillGoLive) {
         EXPECT_FALSE(f.State().Initialising || f.State().Busy);
         choose(form);
         f.Advance(1000);
-        EXPECT_EQ(form.PLEXPlotSpectrum->LinkCount(), 1) << boxes;
-        EXPECT_GT(f.State().LivePointCount, 0) << boxes;
+        EXPECT_TRUE(form.PLEXPlotSpectrum->LinkCount() == 1 && f.State().LivePointCount > 0) << boxes;
         EXPECT_EQ(f.dialogs.Records().size(), boxes);
     }
 }
@@ -164,10 +146,8 @@ TEST(StartUp, OpenedByTheControlAnEmptyConfigurationDirectoryIsReported) {
     f.Settle();
     qunsetenv("LUMISCOPE_DRIVE_L");
     ASSERT_EQ(f.dialogs.Records().size(), 1u);
-    const ui::DialogRecord& box = f.dialogs.Records()[0];
-    EXPECT_EQ(box.title, "Configuration Files Missing!") << "its text: the control's test";
-    EXPECT_FALSE(viewer::Library().ConfigOk);
-    EXPECT_FALSE(f.form->isVisible());
+    EXPECT_EQ(f.dialogs.Records()[0].title, "Configuration Files Missing!") << "its text: the control's test";
+    EXPECT_FALSE(viewer::Library().ConfigOk || f.form->isVisible());
     EXPECT_EQ(viewer::Library().ConfigPath, "L:\\bin.orka\\spectrum\\configs\\");
 }
 

@@ -2,11 +2,7 @@
 // an operator would: each shows a live, labelled spectrum and no message.
 #include <gtest/gtest.h>
 
-#include <QAction>
-#include <QComboBox>
-
 #include "form_fixture.h"
-#include "ui/plot/plex_plot.h"
 
 namespace {
 

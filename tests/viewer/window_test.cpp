@@ -3,17 +3,14 @@
 #include <gtest/gtest.h>
 
 #include <QAbstractItemView>
-#include <QComboBox>
 #include <QDir>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QLabel>
 #include <QTemporaryDir>
 
 #include "form_fixture.h"
 #include "ui/logbook/logbook.h"
 #include "ui/logbook/logbook_entry.h"
-#include "ui/plot/plex_plot.h"
 
 namespace {
 
