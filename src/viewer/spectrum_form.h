@@ -235,6 +235,7 @@ public:
     // extras.cpp, judge_events.cpp) ---
     void liveShowThreshold_Click();
     void histShowThreshold_Click();
+    void ToggleThresholdTrace(QAction* entry, ui::PlexPlot* plot, int32_t& trace);
     void dispPercent_Click();
     void modThreshold_Click();
     void ModifySelectedItemThreshold();

@@ -57,26 +57,25 @@ std::span<float> LiveSpan(FormState& s) { return {&s.LiveValues[0], kMaxLivePoin
 
 }  // namespace
 
-void SpectrumForm::liveShowThreshold_Click() {
-    liveShowThreshold->setChecked(!liveShowThreshold->isChecked());
+// The menu entry flips itself; the trace follows it on a spectrum that has
+// thresholds at all.
+void SpectrumForm::ToggleThresholdTrace(QAction* entry, ui::PlexPlot* plot, int32_t& trace) {
+    entry->setChecked(!entry->isChecked());
     if (!HasThresholds(s_.cat.SpectrumList[s_.cat.CurrentSpectrum])) return;
-    if (liveShowThreshold->isChecked()) {
-        DrawThresholds(PLEXPlotSpectrum);
+    if (entry->isChecked()) {
+        DrawThresholds(plot);
     } else {
-        PLEXPlotSpectrum->DeleteTrace(s_.LiveThresholdTrace);
-        s_.LiveThresholdTrace = -1;
+        plot->DeleteTrace(trace);
+        trace = -1;
     }
 }
 
+void SpectrumForm::liveShowThreshold_Click() {
+    ToggleThresholdTrace(liveShowThreshold, PLEXPlotSpectrum, s_.LiveThresholdTrace);
+}
+
 void SpectrumForm::histShowThreshold_Click() {
-    histShowThreshold->setChecked(!histShowThreshold->isChecked());
-    if (!HasThresholds(s_.cat.SpectrumList[s_.cat.CurrentSpectrum])) return;
-    if (histShowThreshold->isChecked()) {
-        DrawThresholds(PLEXPlotSelected);
-    } else {
-        PLEXPlotSelected->DeleteTrace(s_.SelectedThresholdTrace);
-        s_.SelectedThresholdTrace = -1;
-    }
+    ToggleThresholdTrace(histShowThreshold, PLEXPlotSelected, s_.SelectedThresholdTrace);
 }
 
 void SpectrumForm::DrawThresholds(ui::PlexPlot* plot) {
